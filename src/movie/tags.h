@@ -1,61 +1,81 @@
-// The one list of tag codes: reader, writer, `info` and traces all take codes
-// and names from here.
+// The one list of tag codes. The tag reader, the movie writer, the text form of
+// movies, `vexel info` and the tests all read this list, so that a code has one
+// number and one name everywhere.
 #pragma once
 
 #include <cstdint>
 
 namespace vexel {
 
-// X(code, identifier, name as `info` prints it)
-#define VEXEL_TAGS(X)                                \
-  X(0, kTagEnd, "TagEnd")                            \
-  X(1, kTagFrameEnd, "TagFrameEnd")                  \
-  X(2, kTagDefineShape, "DefineShape")               \
-  X(3, kTagFreeCharacter, "FreeCharacter")           \
-  X(4, kTagPlaceObject, "PlaceObject")               \
-  X(5, kTagRemoveObject, "RemoveObject")             \
-  X(6, kTagDefineBits, "DefineBits")                 \
-  X(7, kTagDefineButton, "DefineButton")             \
-  X(8, kTagDefineJPEGTables, "DefineJPEGTables")     \
-  X(9, kTagBackgroundColor, "TagBackgroundColor")    \
-  X(10, kTagDefineFont, "DefineFont")                \
-  X(11, kTagDefineText, "DefineText")                \
-  X(12, kTagFrameActions, "TagFrameActions")         \
-  X(13, kTagDefineFontInfo, "DefineFontInfo")        \
-  X(20, kTagDefineBitsLossless, "DefineBits")        \
-  X(21, kTagDefineBitsJPEG, "DefineBits")            \
-  X(22, kTagDefineShape2, "DefineShape")             \
-  X(23, kTagDefineButtonExtra, "DefineButtonExtra")  \
-  X(26, kTagPlaceObject2, "PlaceObject2")            \
-  X(28, kTagRemoveObject2, "RemoveObject")           \
-  X(32, kTagDefineShape3, "DefineShape")             \
-  X(33, kTagDefineText2, "DefineText")               \
-  X(34, kTagDefineButton2, "DefineButton")           \
-  X(35, kTagDefineBitsJPEGAlpha, "DefineBits")       \
-  X(36, kTagDefineBitsLosslessAlpha, "DefineBits")   \
-  X(37, kTagDefineEditText, "DefineEditText")        \
-  X(39, kTagDefineSprite, "DefineSprite")            \
-  X(43, kTagFrameLabel, "TagFrameLabel")             \
-  X(46, kTagDefineMorphShape, "DefineMorphShape")    \
-  X(48, kTagDefineFont2, "DefineFont2")
+// X(code, enumerator, word, name)
+//   enumerator  becomes kTag<enumerator>
+//   word        names one code, for texts that are read back
+//   name        the common name of the record, shared by the forms of one
+//               definition (three codes define shapes)
+// In ascending order of the code.
+#define VEXEL_TAG_LIST(X)                                                 \
+  X(0, End, "TagEnd", "TagEnd")                                           \
+  X(1, FrameEnd, "TagFrameEnd", "TagFrameEnd")                            \
+  X(2, DefineShape, "DefineShape", "DefineShape")                         \
+  X(3, FreeCharacter, "FreeCharacter", "FreeCharacter")                   \
+  X(4, PlaceObject, "PlaceObject", "PlaceObject")                         \
+  X(5, RemoveObject, "RemoveObject", "RemoveObject")                      \
+  X(6, DefineBitsShared, "DefineBitsShared", "DefineBits")                \
+  X(7, DefineButton, "DefineButton", "DefineButton")                      \
+  X(8, DefineJPEGTables, "DefineJPEGTables", "DefineJPEGTables")          \
+  X(9, BackgroundColor, "TagBackgroundColor", "TagBackgroundColor")       \
+  X(10, DefineFont, "DefineFont", "DefineFont")                           \
+  X(11, DefineText, "DefineText", "DefineText")                           \
+  X(12, FrameActions, "TagFrameActions", "TagFrameActions")               \
+  X(13, DefineFontInfo, "DefineFontInfo", "DefineFontInfo")               \
+  X(20, DefineBitsLossless, "DefineBitsLossless", "DefineBits")           \
+  X(21, DefineBitsJPEG, "DefineBitsJPEG", "DefineBits")                   \
+  X(22, DefineShapeSecond, "DefineShapeSecond", "DefineShape")            \
+  X(23, DefineButtonExtra, "DefineButtonExtra", "DefineButtonExtra")      \
+  X(26, PlaceObject2, "PlaceObject2", "PlaceObject2")                     \
+  X(28, RemoveObjectDepth, "RemoveObjectDepth", "RemoveObject")           \
+  X(29, SyncFrame, "TagSyncFrame", "TagSyncFrame")                        \
+  X(31, FreeAll, "TagFreeAll", "TagFreeAll")                              \
+  X(32, DefineShapeAlpha, "DefineShapeAlpha", "DefineShape")              \
+  X(33, DefineTextAlpha, "DefineTextAlpha", "DefineText")                 \
+  X(34, DefineButtonRecords, "DefineButtonRecords", "DefineButton")       \
+  X(35, DefineBitsJPEGAlpha, "DefineBitsJPEGAlpha", "DefineBits")         \
+  X(36, DefineBitsLosslessAlpha, "DefineBitsLosslessAlpha", "DefineBits") \
+  X(37, DefineEditText, "DefineEditText", "DefineEditText")               \
+  X(39, DefineSprite, "DefineSprite", "DefineSprite")                     \
+  X(43, FrameLabel, "TagFrameLabel", "TagFrameLabel")                     \
+  X(46, DefineMorphShape, "DefineMorphShape", "DefineMorphShape")         \
+  X(48, DefineFont2, "DefineFont2", "DefineFont2")
 
+// An unscoped enumeration over the width of SParser::tagCode: codes are read
+// as integers, and most possible codes are not in the list.
 enum TagCode : int32_t {
-#define VEXEL_TAG_ENUM(code, identifier, name) identifier = code,
-  VEXEL_TAGS(VEXEL_TAG_ENUM)
+#define VEXEL_TAG_ENUM(code, enumerator, word, name) kTag##enumerator = code,
+  VEXEL_TAG_LIST(VEXEL_TAG_ENUM)
 #undef VEXEL_TAG_ENUM
 };
 
-// The name of a tag code, or null for a code that no reader handles.
-constexpr const char* TagName(int32_t code) {
-  switch (code) {
-#define VEXEL_TAG_NAME(code, identifier, name) \
-  case identifier:                             \
-    return name;
-    VEXEL_TAGS(VEXEL_TAG_NAME)
-#undef VEXEL_TAG_NAME
-    default:
-      return nullptr;
+// A tag header holds the code in 10 bits.
+inline constexpr int32_t kMaxTagCode = 1023;
+
+struct TagInfo {
+  int32_t code;
+  const char* word;
+  const char* name;
+};
+
+inline constexpr TagInfo kTagInfos[] = {
+#define VEXEL_TAG_INFO(code, enumerator, word, name) {code, word, name},
+    VEXEL_TAG_LIST(VEXEL_TAG_INFO)
+#undef VEXEL_TAG_INFO
+};
+
+// The row of a code, or null for a code that no reader knows.
+constexpr const TagInfo* FindTagInfo(int32_t code) {
+  for (const TagInfo& info : kTagInfos) {
+    if (info.code == code) return &info;
   }
+  return nullptr;
 }
 
 }  // namespace vexel
