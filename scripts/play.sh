@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Installs what is needed, builds, and plays a movie: play.sh [MOVIE]
+# Without a movie it takes the demo. Frames are rendered to pictures.
+source "$(dirname "$0")/common.sh"
+
+install_packages
+configure_and_build release vexel demos
+movie=${1:-$root/build/share/vexel/harbour.vxf}
+out=$(mktemp -d "${TMPDIR:-/tmp}/vexel-XXXXXX")
+say "play: $movie"
+"$root/build/bin/vexel" info "$movie"
+"$root/build/bin/vexel" render "$movie" --all -o "$out/frame-%04d.png"
+say "done: $(find "$out" -name '*.png' | wc -l) pictures in $out"
