@@ -1,0 +1,157 @@
+// The movie player: the movie of layer 0, the stage that all layers share, the
+// drawing buffer, and the run loop with its frame catch-up. What a platform
+// does is left to a derived class, so a player runs as well in a plug-in as in
+// a tool or a test: bytes and a clock in, pixels out.
+#pragma once
+
+#include <cstdint>
+
+#include "geometry/matrix.h"
+#include "geometry/point.h"
+#include "geometry/rect.h"
+#include "movie/script_player.h"
+#include "raster/bit_buffer.h"
+#include "stage/display_list.h"
+
+namespace vexel {
+
+// Low 4 bits of `scaleMode`, as DisplayList::SetCamera takes them.
+inline constexpr int32_t kScaleFit = 0;
+inline constexpr int32_t kScaleFixed = 3;
+// A bit of `scaleMode`: Zoom100 shows the movie's top left at its own size.
+inline constexpr int32_t kScaleTopLeft = 0x1000;
+
+// What SetCamera does to the screen afterwards.
+enum CameraUpdate : int32_t {
+  kCameraOnly = 0,
+  kCameraShowNow = 1,   // UpdateScreen
+  kCameraShowSoon = 2,  // CheckUpdate
+};
+
+class SPlayer : public ScriptPlayer {
+ public:
+  SPlayer();
+  // Calls no platform operation: those are gone by then.
+  virtual ~SPlayer();
+
+  // --- Platform operations; the player calls them, and they may call back ---
+
+  // Bring the screen up to date at the next convenient moment, drawing only
+  // what is dirty.
+  virtual void CheckUpdate() = 0;
+  // Draw the dirty parts and show them now.
+  virtual void UpdateScreen() = 0;
+  // Make the run loop start; true on success.
+  virtual bool StartTimer() = 0;
+  virtual void StopTimer() = 0;
+  // The display area in pixels, with its origin at 0, 0.
+  virtual void ClientRect(SRECT* out) = 0;
+
+  // --- Layers (layers.cpp) ---
+
+  // The layer's movie, ready to take bytes; null when memory is out or the
+  // number is not one of 0 to 65535. A layer that is open loses its movie,
+  // unless `keepExisting`. Owned by the player.
+  ScriptPlayer* OpenLayer(int32_t layer, bool keepExisting);
+  // Takes a layer off the stage and deletes it; layer 0 is emptied instead.
+  void ClearLayer(int32_t layer);
+  // Deletes all further layers, and empties layer 0.
+  void FreeLayers();
+  // Stops, drops all layers and movies, and shows the empty stage.
+  void ClearScript();
+  // A new movie in the place of the sprite that `target` runs; null on any
+  // failure, which leaves the sprite alone. Owned by its object on the stage.
+  ScriptPlayer* OpenSprite(ScriptThread* target);
+
+  // --- The run loop (play.cpp) ---
+
+  // Plays to `time`, milliseconds since the movie's start on the host's clock:
+  // steps every timeline as often as frames are due, running the actions of
+  // each step; draws nothing. Does nothing before the first frame has been
+  // shown, or while actions run. A clock that goes backward rewinds nothing.
+  void DoPlay(uint32_t time);
+  // One step of every timeline, and the actions that it queued.
+  void StepThreads();
+  // Takes all queued action blocks off the queue. Nothing interprets them yet:
+  // blocks are dropped until an interpreter runs them.
+  void DoActions();
+  void Run();
+  void Suspend();
+
+  // Moves the root timeline to `frame`, stopped; its actions run at once
+  // unless actions are running already.
+  void GotoFrame(int32_t frame);
+  void Rewind() { GotoFrame(0); }
+  void Forward();
+  void Back();
+  int32_t CurrentFrame() const { return curFrame; }
+  int32_t TotalFrames() const { return numFrames; }
+  bool IsPlaying() const { return playing; }
+  // Of the declared length; 0 before the header.
+  int32_t PercentLoaded() const;
+  bool FrameLoaded(int32_t frame) const { return numFramesComplete >= frame; }
+
+  // Frees the pixels; the stage redraws all once it gets new ones.
+  void FreeBuffer();
+
+  // --- What part of the movie is shown (zoom.cpp) ---
+
+  // Computes the camera anew; `update` is a CameraUpdate.
+  void SetCamera(int32_t update);
+  // Shows the whole movie.
+  void Home();
+  // Shows about `size` twentieths around `center`, kept inside the movie.
+  void Zoom(SPOINT size, SPOINT center);
+  void Zoom(const SRECT* rect);
+  // Scales what is shown: 50 shows half of it, twice as large. 0 is Home.
+  void Zoom(int32_t percent);
+  // Scales what is shown by a 16.16 factor around `center` (pixels), or the
+  // middle if null.
+  void ZoomF(SFIXED scale, const SPOINT* center);
+  void ZoomScale(SFIXED scale) { ZoomF(scale, nullptr); }
+  // A movie pixel to a device pixel.
+  void Zoom100();
+  void SetZoomRect(int32_t left, int32_t top, int32_t right, int32_t bottom);
+  // Moves what is shown: by pixels, or with `mode` 1 by percent of the client
+  // area. Nothing unless zoomed.
+  void Pan(int32_t dx, int32_t dy, int32_t mode);
+
+  DisplayList display;
+  CBitBuffer bits;  // the off-screen picture
+
+  bool highQuality = true;                  // anti-aliasing
+  bool autoQuality = false;                 // the governor in DoPlay is on
+  int32_t framesSinceQualityChange = 1000;  // so that the first decision need not wait
+  bool bestQuality = false;                 // smooth bitmaps also in movies that move
+  // Steps that took longer than a frame, less than a quarter of one, and all.
+  // Never reset: the governor judges the whole run.
+  int32_t behindCount = 0;
+  int32_t aheadCount = 0;
+  int32_t qualitySamples = 0;
+
+  int32_t scaleMode = 0;
+  SRECT zoomRect;  // the part shown, twentieths; empty when all of `frame` is
+
+  int32_t actionDepth = 0;     // 1 while DoActions runs
+  uint32_t nextFrameTime = 0;  // when the next frame falls due, tick time
+  bool loaded = false;         // the first frame has been shown
+  bool running = false;        // StartTimer succeeded
+  bool firstPlay = true;
+  bool seekPending = false;  // the next DoPlay moves to `seekFrame` first
+  int32_t seekFrame = 0;
+  uint32_t lastPlayTime = 0;    // of the last DoPlay, milliseconds
+  uint32_t lastPlayFrames = 0;  // and the frame position that this was
+
+ private:
+  void Govern(uint32_t elapsed);
+  void ClientMatrix(MATRIX* out) const;
+};
+
+// The layer `layer` in the list that starts at `head`, or null.
+ScriptPlayer* FindLayer(ScriptPlayer* head, int32_t layer);
+
+// The number in a layer's name, "_level3" or "_vexel3" in any case; 0 when no
+// digit follows, and -1 for any other name.
+int32_t LayerNum(const char* name);
+
+}  // namespace vexel

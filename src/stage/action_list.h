@@ -1,0 +1,47 @@
+// The queue of action blocks that timelines and buttons leave for the player
+// to run. A ring whose counters run freely; it grows by doubling to 4096
+// entries, and what does not fit is dropped without a word.
+#pragma once
+
+#include <cstdint>
+
+#include "movie/data_block.h"
+#include "movie/fwd.h"
+
+namespace vexel {
+
+inline constexpr uint32_t kActionListCapacity = 32;       // at the start
+inline constexpr uint32_t kActionListMaxCapacity = 4096;  // powers of two both
+
+class ActionList {
+ public:
+  ActionList();
+  ~ActionList();
+  ActionList(const ActionList&) = delete;
+  ActionList& operator=(const ActionList&) = delete;
+
+  // Queues the block for `thread`. The entry holds a reference on the bytes,
+  // so they outlive the tag, the character and the movie they came from.
+  void PushAction(const DataSpan& action, ScriptThread* thread);
+
+  // Cancels every waiting entry of `thread`, leaving holes in place: an entry
+  // whose bytes are null is passed over by whoever runs the queue.
+  void RemoveThread(ScriptThread* thread);
+
+  bool IsEmpty() const { return head == tail; }
+
+  // Takes the oldest entry off the queue into `action` and `thread`; both are
+  // null for a cancelled one. False if the queue is empty.
+  bool PopAction(DataSpan* action, ScriptThread** thread);
+
+  uint32_t capacity = kActionListCapacity;  // a power of two
+  uint32_t mask = kActionListCapacity - 1;
+  DataSpan* actions;       // `capacity` blocks
+  ScriptThread** threads;  // the timeline of each, not owned
+  // Counters that wrap freely and are masked on each access; equal means
+  // empty, and they are compared for equality only.
+  uint32_t head = 0;  // the next entry to run
+  uint32_t tail = 0;  // the next free entry
+};
+
+}  // namespace vexel
