@@ -1,0 +1,128 @@
+// A loaded movie: its bytes as they arrive, its root timeline, and the
+// dictionary of its characters. A layer is one of these, as is a movie loaded
+// into a sprite; the player itself is the one of layer 0.
+#pragma once
+
+#include <cstdint>
+
+#include "geometry/chunk_alloc.h"
+#include "geometry/rect.h"
+#include "movie/budget.h"
+#include "movie/script_thread.h"
+
+namespace vexel {
+
+inline constexpr int32_t kMovieHeaderBytes = 8;
+inline constexpr int32_t kCharacterBuckets = 128;
+
+// `numFramesComplete` of a movie that is wholly in.
+inline constexpr int32_t kAllFramesComplete = 16000;
+
+// Told of every look-up that failed, so that a host can ask for the character.
+using LostCallback = void (*)(void* arg, uint16_t id);
+
+class ScriptPlayer : public ScriptThread {
+ public:
+  ScriptPlayer();
+  ~ScriptPlayer();
+
+  // --- Intake (intake.cpp) ---
+
+  // Takes the next bytes of the movie, in pieces of any size; of the loaded
+  // text with `variableLoader`. Bytes behind the declared length are dropped,
+  // and all bytes once `scriptErr` is set.
+  void PushDataBuf(const uint8_t* data, int32_t n);
+  // Called by the feeder after each PushDataBuf: shows the first frame of layer
+  // 0 as soon as it has arrived, and starts the player.
+  void PushDataComplete();
+  // True once all declared bytes are in.
+  bool IsComplete() const { return scriptLen >= 0 && len >= scriptLen; }
+
+  // --- The dictionary (dictionary.cpp) ---
+
+  // Null if there is none, which sets `lostFlag` and is reported to
+  // `lostCallback`, unless `id` is 65535.
+  SCharacter* FindCharacter(uint16_t id);
+  // A new character without a kind; null if the id is taken or memory is out.
+  SCharacter* CreateCharacter(uint16_t id);
+  // A character outside the dictionary, from the same pool, with one use that
+  // belongs to the caller; null when memory is out.
+  SCharacter* CreatePoolCharacter(uint16_t id, uint8_t type);
+  // Takes all of that id out of the dictionary; each is freed when its last
+  // user lets go.
+  void FreeCharacter(uint16_t id);
+  // Drops decoded bitmaps that no colour uses; they are decoded again when
+  // next needed.
+  void FreeCache();
+  // Takes the root object off the stage, empties the dictionary and rewinds.
+  void FreeAll();
+  // Forgets the movie, its variables included; ready to take another.
+  void ClearScript();
+
+  // Decodes a bitmap character's pixels, unless it has them. A failure leaves
+  // it without pixels, or with those that its data reached.
+  void BuildBits(SCharacter* character);
+
+  // --- Budgets ---
+
+  // At the start of each call from outside: a new allowance of tags. The
+  // allowances of a player's layers are one.
+  void BeginHostCall() { Budgets()->tagsLeft = kMaxTagsPerCall; }
+  // False when the allowance is used up.
+  bool SpendTag();
+
+  char* url = nullptr;  // owned: where the movie came from
+
+  // The declared length of the movie with its header, -1 before the header is
+  // in; of a loaded text, how many bytes the buffer holds.
+  int32_t scriptLen = -1;
+  int32_t headerBytes = 0;  // of the 8, how many have arrived
+  uint8_t headerBuf[kMovieHeaderBytes] = {};
+  bool gotHeader = false;          // rectangle, rate and frame count are read
+  int32_t numFramesComplete = -1;  // index of the last frame wholly in; kAllFramesComplete
+  int32_t scanPos = 0;             // offset of the first tag that was not counted yet
+  SRECT frame;                     // the stage, in twentieths
+  int32_t frameRate = 0;           // frames per second, 16.16
+  int32_t frameDelay = 0;          // milliseconds per frame
+  int32_t version = 0;             // of the file
+
+  JPEGPlayState* jpegInfo = nullptr;  // owned: the shared JPEG tables
+  SPlayer* splayer = nullptr;         // the player that it is a layer of; null while alone
+  void* streamData = nullptr;         // the host's handle of the stream that feeds it
+  ScriptPlayer* nextLayer = nullptr;
+
+  bool variableLoader = false;  // takes a form-encoded text instead of a movie
+  int32_t loaderLayer = -1;
+  char* loaderTarget = nullptr;  // owned
+
+  SCharacter* charIndex[kCharacterBuckets] = {};  // bucket: id modulo 128
+  ChunkAlloc charAlloc;
+  bool lostFlag = false;      // a look-up has failed
+  SCharacter* lostCharacter;  // stands in for what is missing; null without memory
+  LostCallback lostCallback = nullptr;
+  void* lostArg = nullptr;
+
+ private:
+  friend struct SCharacter;
+  ScriptPlayer* Budgets();
+  SCharacter* NewCharacter(uint16_t id);
+  void DropCharacter(SCharacter* character);
+  void DeleteCharacter(SCharacter* character);
+  void ReapCharacters();
+  void FreeBits(SCharacter* character);
+  bool ReserveBits(int32_t format, int32_t width, int32_t height);
+  void FreeJPEGInfo();
+  void TakeText(const uint8_t* data, int32_t n);
+  bool TakeHeader(const uint8_t** data, int32_t* n);
+  bool ReadStageHeader();
+  void CountFrames();
+  void BuildJPEG(SCharacter* character, SParser* parser, int32_t code);
+  void BuildAlpha(SCharacter* character, SParser* parser);
+  void BuildLossless(SCharacter* character, SParser* parser, bool alpha);
+
+  SCharacter* inUse = nullptr;  // taken out of the dictionary, still used
+  int32_t tagsLeft = kMaxTagsPerCall;
+  int64_t bitmapBytes = 0;  // decoded pixels of all layers; counted where Budgets() says
+};
+
+}  // namespace vexel

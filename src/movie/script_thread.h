@@ -1,0 +1,169 @@
+// A running timeline: the root of a movie, or a placed sprite. It walks the
+// tags in order, frame by frame; definitions go to the movie's dictionary,
+// placements change the stage, action blocks are queued. Nothing here draws.
+//
+// Forward motion replays tags from where the timeline stands, and no state is
+// kept per frame: going backward replays from the first tag, bracketed by the
+// stage's hold, which keeps the objects that come out unchanged.
+#pragma once
+
+#include <cstdint>
+
+#include "movie/character.h"
+#include "movie/data_block.h"
+#include "movie/fwd.h"
+#include "movie/sparser.h"
+#include "movie/weak.h"
+
+namespace vexel {
+
+// Results of running tags; negative ones are errors.
+enum ScriptResult : int32_t {
+  kScriptOk = 0,
+  kScriptWaiting = 1,  // the next tag has not wholly arrived
+  kScriptAtEnd = 2,    // the closing tag was met
+  kScriptBadHeader = -1,
+  kScriptNoMemory = -2,  // also: the root object cannot be placed
+};
+
+// A named text of a timeline.
+struct ScriptVariable {
+  ScriptVariable* next;
+  char* name;   // owned, in the spelling that made it
+  char* value;  // owned, may be null
+};
+
+// Not polymorphic: a sprite's timeline is deleted as a ScriptThread, a movie as
+// a ScriptPlayer.
+class ScriptThread : public SParser {
+ public:
+  ScriptThread();
+  // Leaves the stage's list of timelines, with its queued actions.
+  ~ScriptThread();
+  ScriptThread(const ScriptThread&) = delete;
+  ScriptThread& operator=(const ScriptThread&) = delete;
+
+  // --- Running (timeline.cpp) ---
+
+  // As new: no script, before the first frame, playing and looping. Keeps the
+  // variables and the place on the stage.
+  void ClearState();
+  // Reads `tags` from now on, and keeps them alive. Positions stay as they are.
+  void AttachScript(const DataSpan& tags);
+
+  // All of these return a ScriptResult, or `scriptErr`.
+
+  // Executes one tag. While it is incomplete nothing changes, and the next
+  // call tries it again.
+  int32_t DoTag();
+  // Executes tags until `curFrame` reaches `frame`.
+  int32_t DoTags(int32_t frame);
+  // Brings the timeline to `frame`. With `seek` the actions of frames passed
+  // are dropped, those of `frame` itself are queued, and the frame may lie
+  // behind; without it all are queued, and the way leads forward only. Not
+  // concerned with `playing`.
+  int32_t DrawFrame(int32_t frame, bool seek);
+  // Stops the timeline and moves it to `frame`, a negative one counting as 0.
+  int32_t Seek(int32_t frame);
+
+  // Steps a playing timeline by `delta` frames. A root timeline runs no further
+  // than the frames that have arrived. At the end it goes back to frame 0, or
+  // stops if it does not loop or has one frame only.
+  void DoFrame(int32_t delta);
+  // With `rewind`, a timeline that stands at its end and does not loop starts
+  // over.
+  void Play(bool rewind);
+  void StopPlay() { playing = false; }
+
+  // The frame that a label stands in, by the tags that have arrived; -1 for
+  // none.
+  int32_t FindLabel(const char* label);
+
+  // --- Tags that place (place_tags.cpp); `pos` stands at the tag's body ---
+
+  void PlaceObject();
+  void PlaceObject2();
+  void RemoveObject();
+  // The character 65534 at `layerDepth` under the stage's root, unless there is
+  // one already. False if it cannot be placed.
+  bool EnsureRootObject();
+
+  // --- Tags that define (definitions.cpp, bitmap_tags.cpp) ---
+
+  void DefineShape();
+  void DefineMorphShape();
+  void DefineButton();
+  // `kind` is not 0: the colour transforms of an existing button's records.
+  // Kind 0 is reserved and ignored.
+  void DefineButtonExtra(int32_t kind);
+  void DefineSprite();
+  void DefineFont();
+  void DefineFont2();
+  void DefineFontInfo();
+  void DefineText();
+  void DefineEditText();
+  void DefineBits();
+  void DefineJPEGTables();
+
+  // The bytes from `start` to `end`, cut to the data: a copy, or the place
+  // itself with `dataInPlace`. Null bytes when memory is out.
+  DataSpan AttachData(int32_t start, int32_t end);
+
+  // --- Sprites by script (sprite_ops.cpp); this is the parent timeline ---
+
+  // Places a copy of the sprite that `source` runs, at `depth`, where anything
+  // that stood there goes. `name` may be null.
+  void CloneSprite(ScriptThread* source, const char* name, int32_t depth);
+  // Takes the sprite that `target` runs off the stage, which deletes `target`;
+  // with `keepPlace` an empty sprite takes over its place and name.
+  void RemoveSprite(ScriptThread* target, bool keepPlace);
+
+  // --- Variables (variables.cpp) ---
+
+  // By name, without regard to the case of ASCII letters; null for none.
+  ScriptVariable* FindVariable(const char* name);
+  // Sets or creates; a null or empty name is ignored. Copies both texts.
+  void SetVariable(const char* name, const char* value);
+  void ClearVariables();
+
+  // True for the root timeline of a movie.
+  bool IsRoot() const;
+
+  ScriptPlayer* player = nullptr;  // the movie whose dictionary it uses; itself for a root
+  ScriptThread* next = nullptr;    // in the stage's list
+  int32_t startPos = 0;            // offset of the first tag
+  int32_t len = 0;                 // bytes of `script` that have arrived
+  bool atEnd = false;              // the closing tag was executed
+  int32_t curFrame = -1;           // last frame completed, -1 before the first
+  bool seeking = false;            // action tags are dropped
+  bool playing = true;
+  bool loop = true;
+  int32_t numFrames = 0;    // as the header or the definition says
+  int32_t scriptErr = 0;    // a negative ScriptResult, or 0
+  uint16_t layerDepth = 0;  // a movie's layer number; a sprite's depth
+  // The last label passed, inside the script; null after a rewind. For tools
+  // that show where a timeline stands.
+  const char* currentLabel = nullptr;
+  DisplayList* display = nullptr;           // not owned; null without a stage
+  SObject* rootObject = nullptr;            // the parent of all that it places; not owned
+  bool dataInPlace = false;                 // the script outlives its tags and may be pointed into
+  ScriptVariable* firstVariable = nullptr;  // owned, in order of creation
+  ScriptVariable* lastVariable = nullptr;
+
+  DataRef scriptBlock;  // keeps `script` alive
+  WeakHead<ScriptThread> weakSlots;
+
+ private:
+  int32_t SeekForward(int32_t frame);
+  void ReadCharacter(uint16_t id, PlaceInfo* info);
+  SCharacter* BeginDefinition(uint8_t type);
+  int32_t variableCount = 0;
+};
+
+// CloneSprite on the parent of the sprite that `thread` runs; nothing for null
+// and for a root timeline.
+void CloneSprite(ScriptThread* thread, const char* name, int32_t depth);
+// RemoveSprite in the same way.
+void RemoveSprite(ScriptThread* thread, bool keepPlace);
+
+}  // namespace vexel
