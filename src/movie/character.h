@@ -14,17 +14,17 @@
 namespace vexel {
 
 enum CharacterType : uint8_t {
-  kCharShape = 0,
-  kCharBitmap = 1,
-  kCharButton = 2,
-  kCharFont = 3,
-  kCharText = 4,
-  kCharSprite = 6,
-  kCharMorphShape = 7,
-  kCharEditText = 9,
-  kCharLoadedMovie = 97,  // a sprite that holds a loaded movie
-  kCharRoot = 98,         // a layer's root object
-  kCharLost = 99,         // stands in for a character that is not there
+  charShape = 0,
+  charBitmap = 1,
+  charButton = 2,
+  charFont = 3,
+  charText = 4,
+  charSprite = 6,
+  charMorphShape = 7,
+  charEditText = 9,
+  charLoadedMovie = 97,  // a sprite that holds a loaded movie
+  charRoot = 98,         // a layer's root object
+  charLost = 99,         // stands in for a character that is not there
 };
 
 // Ids from here on belong to the system: tags neither define, free nor place

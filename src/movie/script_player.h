@@ -7,7 +7,6 @@
 
 #include "geometry/chunk_alloc.h"
 #include "geometry/rect.h"
-#include "movie/budget.h"
 #include "movie/script_thread.h"
 
 namespace vexel {
@@ -63,14 +62,6 @@ class ScriptPlayer : public ScriptThread {
   // it without pixels, or with those that its data reached.
   void BuildBits(SCharacter* character);
 
-  // --- Budgets ---
-
-  // At the start of each call from outside: a new allowance of tags. The
-  // allowances of a player's layers are one.
-  void BeginHostCall() { Budgets()->tagsLeft = kMaxTagsPerCall; }
-  // False when the allowance is used up.
-  bool SpendTag();
-
   char* url = nullptr;  // owned: where the movie came from
 
   // The declared length of the movie with its header, -1 before the header is
@@ -104,7 +95,7 @@ class ScriptPlayer : public ScriptThread {
 
  private:
   friend struct SCharacter;
-  ScriptPlayer* Budgets();
+  int64_t* BitmapBytes();
   SCharacter* NewCharacter(uint16_t id);
   void DropCharacter(SCharacter* character);
   void DeleteCharacter(SCharacter* character);
@@ -121,8 +112,7 @@ class ScriptPlayer : public ScriptThread {
   void BuildLossless(SCharacter* character, SParser* parser, bool alpha);
 
   SCharacter* inUse = nullptr;  // taken out of the dictionary, still used
-  int32_t tagsLeft = kMaxTagsPerCall;
-  int64_t bitmapBytes = 0;  // decoded pixels of all layers; counted where Budgets() says
+  int64_t bitmapBytes = 0;      // decoded pixels of all layers; counted in the player's
 };
 
 }  // namespace vexel

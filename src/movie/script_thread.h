@@ -54,7 +54,7 @@ class ScriptThread : public SParser {
   // All of these return a ScriptResult, or `scriptErr`.
 
   // Executes one tag. While it is incomplete nothing changes, and the next
-  // call tries it again.
+  // call tries it again; likewise once the stage's allowance of tags is spent.
   int32_t DoTag();
   // Executes tags until `curFrame` reaches `frame`.
   int32_t DoTags(int32_t frame);
@@ -129,13 +129,14 @@ class ScriptThread : public SParser {
   // True for the root timeline of a movie.
   bool IsRoot() const;
 
-  ScriptPlayer* player = nullptr;  // the movie whose dictionary it uses; itself for a root
-  ScriptThread* next = nullptr;    // in the stage's list
-  int32_t startPos = 0;            // offset of the first tag
-  int32_t len = 0;                 // bytes of `script` that have arrived
-  bool atEnd = false;              // the closing tag was executed
-  int32_t curFrame = -1;           // last frame completed, -1 before the first
-  bool seeking = false;            // action tags are dropped
+  ScriptPlayer* player = nullptr;     // the movie whose dictionary it uses; itself for a root
+  ScriptThread* next = nullptr;       // in the stage's list
+  ScriptThread** listLink = nullptr;  // what points at it there; null while unlisted
+  int32_t startPos = 0;               // offset of the first tag
+  int32_t len = 0;                    // bytes of `script` that have arrived
+  bool atEnd = false;                 // the closing tag was executed
+  int32_t curFrame = -1;              // last frame completed, -1 before the first
+  bool seeking = false;               // action tags are dropped
   bool playing = true;
   bool loop = true;
   int32_t numFrames = 0;    // as the header or the definition says
