@@ -1,7 +1,7 @@
 // Bodies of bitmap characters behind their id.
 #pragma once
 
-#include "author/bit_writer.h"
+#include "author/records.h"
 
 namespace vexel::author {
 

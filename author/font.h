@@ -47,7 +47,7 @@ void WriteFont2(BitWriter& out, const Font& font);
 // Name, flags byte (0x02 bold, 0x04 italic) and code table, behind the id.
 void WriteFontInfo(BitWriter& out, const Font& font, uint8_t flags, bool wideCodes);
 
-// A plain font of straight strokes for digits, letters and a few signs, for
+// A plain font of squares, for digits, letters and a few signs, for
 // demos and tests: no outline of it comes from anywhere else.
 Font BlockFont(std::string name);
 

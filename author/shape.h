@@ -91,6 +91,8 @@ void WriteShape(BitWriter& out, const StyleTables& styles, const std::vector<Sha
 // Records behind their two widths alone: glyphs, and both halves of a morph.
 void WriteEdges(BitWriter& out, const std::vector<ShapeRecord>& records, int fillBits, int lineBits,
                 bool alpha = false);
+// A count of styles: a byte, or 255 and 16 bits.
+void WriteStyleCount(BitWriter& out, size_t count, bool forceLong);
 // The tables without the index widths that follow them in a shape.
 void WriteStyleTables(BitWriter& out, const StyleTables& styles, bool alpha);
 

@@ -60,7 +60,6 @@ class ShapeBuilder {
   ShapeRecord pending_;
   size_t tables_ = 0;  // record that holds the tables in use, plus 1; 0: first_
   bool pendingTables_ = false;
-  bool selected_ = false;  // a fill or line was ever selected since the tables began
   Point pen_;
   Point start_;
   bool drawn_ = false;
