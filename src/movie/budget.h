@@ -9,7 +9,7 @@ namespace vexel {
 
 inline constexpr int32_t kMaxObjects = 65536;          // placed objects of a stage
 inline constexpr int32_t kMaxEdges = 1000000;          // cached edges of a stage
-inline constexpr int32_t kMaxColors = 262144;          // cached colours of a stage
+inline constexpr int32_t kMaxStageColors = 262144;     // cached colours of a stage
 inline constexpr int32_t kMaxNesting = 256;            // levels of objects, clip brackets
 inline constexpr int32_t kMaxTagsPerCall = 1 << 26;    // tags run inside one host call
 inline constexpr int64_t kMaxBitmapPixels = 1 << 26;   // pixels of one decoded bitmap

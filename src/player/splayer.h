@@ -28,6 +28,10 @@ enum CameraUpdate : int32_t {
   kCameraShowSoon = 2,  // CheckUpdate
 };
 
+// `mode` of Pan.
+inline constexpr int32_t kPanPixels = 0;
+inline constexpr int32_t kPanPercent = 1;
+
 class SPlayer : public ScriptPlayer {
  public:
   SPlayer();
@@ -70,8 +74,9 @@ class SPlayer : public ScriptPlayer {
   // each step; draws nothing. Does nothing before the first frame has been
   // shown, or while actions run. A clock that goes backward rewinds nothing.
   void DoPlay(uint32_t time);
-  // One step of every timeline, and the actions that it queued.
-  void StepThreads();
+  // One step of every timeline, and the actions that it queued. False if there
+  // was no tag to read and nothing was queued: the next step would be the same.
+  bool StepThreads();
   // Takes all queued action blocks off the queue. Nothing interprets them yet:
   // blocks are dropped until an interpreter runs them.
   void DoActions();
@@ -112,8 +117,8 @@ class SPlayer : public ScriptPlayer {
   // A movie pixel to a device pixel.
   void Zoom100();
   void SetZoomRect(int32_t left, int32_t top, int32_t right, int32_t bottom);
-  // Moves what is shown: by pixels, or with `mode` 1 by percent of the client
-  // area. Nothing unless zoomed.
+  // Moves what is shown: by pixels, or with kPanPercent by percent of the
+  // client area. Nothing unless zoomed.
   void Pan(int32_t dx, int32_t dy, int32_t mode);
 
   DisplayList display;

@@ -42,6 +42,10 @@ class ActionList {
   // empty, and they are compared for equality only.
   uint32_t head = 0;  // the next entry to run
   uint32_t tail = 0;  // the next free entry
+
+ private:
+  // Doubles the capacity; false at the limit or without memory.
+  bool Grow();
 };
 
 }  // namespace vexel

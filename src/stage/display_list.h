@@ -11,6 +11,7 @@
 #include "geometry/chunk_alloc.h"
 #include "geometry/matrix.h"
 #include "geometry/rect.h"
+#include "movie/budget.h"
 #include "movie/fwd.h"
 #include "raster/bit_buffer.h"
 #include "raster/raster.h"
@@ -58,6 +59,9 @@ class DisplayList {
   SObject* FindObject(SObject* parent, uint16_t depth);
   // Frees the object in `*link` with its subtree, and closes the list.
   void DoRemove(SObject** link);
+  // Frees an object without children and returns it to the pool; the caller
+  // has taken it off every list.
+  void FreeObject(SObject* object);
 
   // Bracket the rebuild of a timeline's frame: BeginHold moves the children of
   // `parent` aside, FinishHold keeps those that the rebuild placed again just
@@ -177,18 +181,25 @@ class DisplayList {
 
   ActionList actionList;
 
+  // Tags that may still be run inside the present host call, by all timelines
+  // together. Every call of the host that can run tags starts with a full
+  // budget; once it is spent, timelines wait as if for data.
+  void ResetTagBudget() { tagsLeft = kMaxTagsPerCall; }
+  int32_t tagsLeft = kMaxTagsPerCall;
+
   // The next timeline that the running round over `threads` steps; moves on
   // when that one is removed. Null outside a round.
   ScriptThread* threadCursor = nullptr;
 
  private:
   SObject** FindLink(SObject* parent, uint16_t depth);
-  void StartThread(SObject* object, ScriptThread* thread);
+  void JoinThread(SObject* object, ScriptThread* thread, ScriptPlayer* player);
   void PlaceSprite(SObject* object);
   void PlaceLoadedMovie(SObject* object, bool clone);
   void PlaceButton(SObject* object);
-  void FreeObject(SObject* object);
-  void KeepHeldObject(SObject** link, bool takePlace);
+  void TakeHeldObject(SObject** link);
+  void KeepHeldObject(SObject** link, bool samePlace);
+  void AddFocusFrame(RColor* color, REdge** edges);
 };
 
 // (xmax - xmin) times (ymax - ymin), wrapping at 32 bits.
