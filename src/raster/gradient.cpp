@@ -1,0 +1,109 @@
+// Gradients. A position in gradient space has 8 fraction bits, so that 2^22 is
+// the edge of the gradient's square on each side of its centre; it is computed
+// once at a span's start and steps from there.
+#include "geometry/matrix.h"
+#include "raster/composite.h"
+#include "raster/raster.h"
+#include "raster/rcolor.h"
+#include "raster/render_tables.h"
+#include "raster/slabs.h"
+
+namespace vexel {
+namespace {
+
+constexpr int32_t kPosBits = 8;   // fraction bits of a device position
+constexpr int kLinearShift = 15;  // 2^23, the square's side, to 256 entries
+constexpr int32_t kLinearCentre = 128;
+constexpr int kRadialShift = 14;  // 2^22, the radius, to 256 entries
+constexpr int32_t kLastEntry = kRampEntries - 1;
+
+int32_t ClampEntry(int32_t i) {
+  return i < 0 ? 0 : i > kLastEntry ? kLastEntry : i;
+}
+
+SPOINT GradientPosition(const RColor* c, int32_t x) {
+  SPOINT p = {WrapShl(x, kPosBits), WrapShl(c->raster->bitY, kPosBits)};
+  MatrixTransformPoint(&c->grad.invGradMat, &p, &p);
+  return p;
+}
+
+}  // namespace
+
+void BuildLinearGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
+  const uint32_t* ramp = c->grad.colorRamp;
+  if (ramp == nullptr) return;
+  int32_t pos = GradientPosition(c, x1).x;
+  const int32_t step = Asr(c->grad.invGradMat.a, kPosBits);
+  for (int32_t x = x1; x < x2; x++) {
+    *pixels++ = UnpackPix32(ramp[ClampEntry(Asr(pos, kLinearShift) + kLinearCentre)]);
+    pos = WrapAdd(pos, step);
+  }
+}
+
+void BuildRadialGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
+  const uint32_t* ramp = c->grad.colorRamp;
+  if (ramp == nullptr) return;
+  SPOINT pos = GradientPosition(c, x1);
+  const int32_t stepX = Asr(c->grad.invGradMat.a, kPosBits);
+  const int32_t stepY = Asr(c->grad.invGradMat.b, kPosBits);
+  // The radius hardly changes its slope from pixel to pixel, so the last change
+  // predicts it and the squares around the prediction correct it.
+  int32_t i = ClampEntry(Asr(PointLength(&pos), kRadialShift));
+  int32_t delta = 0;
+  for (int32_t x = x1; x < x2; x++) {
+    const int64_t px = Asr(pos.x, kRadialShift);
+    const int64_t py = Asr(pos.y, kRadialShift);
+    const int64_t d = px * px + py * py;
+    const int32_t prev = i;
+    i = ClampEntry(i + delta);
+    for (;;) {
+      if (d < squareTable[i]) {
+        i--;
+      } else if (i > 255 || d <= squareTable[i + 1]) {
+        break;
+      } else {
+        i++;
+      }
+    }
+    delta = i - prev;
+    *pixels++ = UnpackPix32(ramp[i]);
+    pos = {WrapAdd(pos.x, stepX), WrapAdd(pos.y, stepY)};
+  }
+}
+
+void BuildGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
+  if (c->grad.fillStyle == kRadialFill) {
+    BuildRadialGradientSlab(c, x1, x2, pixels);
+  } else {
+    BuildLinearGradientSlab(c, x1, x2, pixels);
+  }
+}
+
+void DrawGradientSlab(RColor* c, int32_t x1, int32_t x2) {
+  CRaster* raster = c->raster;
+  RGBI buf[kSlabPixels] = {};
+  while (x1 < x2) {
+    const int32_t end = x2 - x1 > kSlabPixels ? x1 + kSlabPixels : x2;
+    BuildGradientSlab(c, x1, end, buf);
+    if (c->pattern != 0) ApplyRGBPattern(c->pattern, raster->bitY, x1, end, buf);
+    raster->drawRGBSlab(raster, x1, end, buf);
+    x1 = end;
+  }
+}
+
+void CompositeGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
+  RGBI buf[kSlabPixels] = {};
+  BuildGradientSlab(c, x1, x2, buf);
+  CompositeRGB(buf, pixels, x2 - x1);
+}
+
+void CalcGradientPixel(RColor* c, int32_t x, RGBI* out) {
+  const uint32_t* ramp = c->grad.colorRamp;
+  if (ramp == nullptr) return;
+  const SPOINT pos = GradientPosition(c, x);
+  const int32_t i = c->grad.fillStyle == kRadialFill ? Asr(PointLength(&pos), kRadialShift)
+                                                     : Asr(pos.x, kLinearShift) + kLinearCentre;
+  *out = UnpackPix32(ramp[ClampEntry(i)]);
+}
+
+}  // namespace vexel
