@@ -1,0 +1,135 @@
+// Division of curves into edges. A curve is tested as a downward copy, but it is
+// the curve itself that is divided, so that both halves see its true points.
+#include "stage/curve_edges.h"
+
+#include "raster/edge.h"
+#include "stage/display_list.h"
+
+namespace vexel {
+
+// Limits in device units. Beyond the inner one nothing is seen; what stays
+// within the outer one fits 16 bits.
+static constexpr SCOORD kInnerLimit = 16000;
+static constexpr SCOORD kOuterLimit = 32000;
+static constexpr SCOORD kMaxCurveHeight = 256;
+static constexpr SCOORD kSnapDistance = 2;
+static constexpr int32_t kMaxDepth = 16;
+// The greatest flatness at which an edge is stepped as a line.
+static constexpr SCOORD kLineFlatness = 1;
+
+void MakeVertLine(CURVE* c, SCOORD x) {
+  if (c->anchor1.y < -kOuterLimit) c->anchor1.y = -kOuterLimit;
+  if (c->anchor2.y > kOuterLimit) c->anchor2.y = kOuterLimit;
+  const int64_t sum = int64_t{c->anchor1.y} + c->anchor2.y;
+  c->control.y = static_cast<SCOORD>(sum / 2);
+  c->anchor1.x = c->control.x = c->anchor2.x = x;
+  c->isLine = true;
+}
+
+static int16_t Narrow(SCOORD v) {
+  return static_cast<int16_t>(v < INT16_MIN ? INT16_MIN : v > INT16_MAX ? INT16_MAX : v);
+}
+static REdgePoint Narrow(const SPOINT& p) {
+  return {Narrow(p.x), Narrow(p.y)};
+}
+
+void StoreEdge(const CURVE* c, int8_t dir, const EdgeTarget& target) {
+  const REdgePoint top = Narrow(c->anchor1);
+  const REdgePoint bottom = Narrow(c->anchor2);
+  if (bottom.y <= top.y) return;
+  REdge* edge = target.display->NewEdge();
+  if (!edge) return;
+  edge->anchor1 = top;
+  edge->control = Narrow(c->control);
+  edge->anchor2 = bottom;
+  edge->isLine = CurveFlatness(c) <= kLineFlatness;
+  edge->dir = dir;
+  edge->fillRule = target.fillRule;
+  edge->color1 = target.color1;
+  edge->color2 = target.color2;
+  edge->next = *target.list;
+  *target.list = edge;
+}
+
+// Whether no part of the curve can leave an edge, which saves dividing it:
+// divisions stay inside the box.
+static bool LeavesNoEdge(const CURVE* c, const EdgeTarget& target) {
+  if (target.display->edgeCount >= kMaxEdges) return true;
+  SRECT box;
+  CurveBounds(c, &box);
+  return target.preclip ? box.ymax < -kInnerLimit || box.ymin > kInnerLimit
+                        : box.ymax <= INT16_MIN || box.ymin >= INT16_MAX;
+}
+
+static void AddHalves(const CURVE* first, const CURVE* second, const EdgeTarget& target,
+                      int32_t* depth) {
+  if (++*depth > kMaxDepth) return;
+  AddCurveEdges(first, target, depth);
+  AddCurveEdges(second, target, depth);
+  --*depth;
+}
+
+static void Divide(const CURVE* curve, const EdgeTarget& target, int32_t* depth) {
+  CURVE first, second;
+  CurveDivide(curve, &first, &second);
+  AddHalves(&first, &second, target, depth);
+}
+
+static void DivideAtExtreme(const CURVE* curve, const EdgeTarget& target, int32_t* depth) {
+  const SCOORD a = curve->anchor1.y;
+  const SCOORD c = curve->control.y;
+  const SCOORD b = curve->anchor2.y;
+  const SFIXED t = FixedDiv(WrapSub(a, c), WrapAdd(WrapSub(a, WrapMul(2, c)), b));
+  CURVE first, second;
+  CurveDivide(curve, t, &first, &second);
+  AddHalves(&first, &second, target, depth);
+}
+
+static bool Within(const SRECT& box, SCOORD limit) {
+  return box.xmin >= -limit && box.xmax <= limit && box.ymin >= -limit && box.ymax <= limit;
+}
+
+void AddCurveEdges(const CURVE* curve, const EdgeTarget& target, int32_t* depth) {
+  CURVE c = *curve;
+  int8_t dir = 1;
+  if (c.anchor1.y > c.anchor2.y) {
+    c.anchor1 = curve->anchor2;
+    c.anchor2 = curve->anchor1;
+    dir = -1;
+  }
+  if (!c.isLine) {
+    const int64_t above = int64_t{c.anchor1.y} - c.control.y;
+    const int64_t below = int64_t{c.control.y} - c.anchor2.y;
+    if (above > kSnapDistance || below > kSnapDistance) {
+      if (!LeavesNoEdge(curve, target)) DivideAtExtreme(curve, target, depth);
+      return;
+    }
+    if (above > 0)
+      c.control.y = c.anchor1.y;
+    else if (below > 0)
+      c.control.y = c.anchor2.y;
+    if (int64_t{c.anchor2.y} - c.anchor1.y > kMaxCurveHeight) {
+      if (!LeavesNoEdge(curve, target)) Divide(curve, target, depth);
+      return;
+    }
+  }
+  if (c.anchor1.y == c.anchor2.y) return;
+  if (target.preclip) {
+    SRECT box;
+    CurveBounds(&c, &box);
+    if (box.ymax < -kInnerLimit || box.ymin > kInnerLimit) return;
+    if (!Within(box, kOuterLimit)) {
+      if (box.xmax < -kInnerLimit) {
+        MakeVertLine(&c, -kOuterLimit);
+      } else if (box.xmin > kInnerLimit) {
+        MakeVertLine(&c, kOuterLimit);
+      } else if (*depth < kMaxDepth) {
+        Divide(curve, target, depth);
+        return;
+      }
+    }
+  }
+  StoreEdge(&c, dir, target);
+}
+
+}  // namespace vexel
