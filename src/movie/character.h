@@ -52,14 +52,15 @@ struct SCharacter {
   uint8_t type = 0;     // CharacterType
   uint8_t tagCode = 0;  // low byte of the code that defined it: tells forms apart
   CharacterOwner owner = CharacterOwner::kDictionary;
-  bool listed = false;  // in the dictionary
-  int32_t uses = 0;     // holders: placed objects, and who made a pool or heap character
+  bool listed = false;          // in the dictionary
+  SCharacter** link = nullptr;  // what points at it among those taken out but still used
+  int32_t uses = 0;             // holders: placed objects, and who made a pool or heap character
 
   DataSpan data;  // the rest of the tag's body; of a sprite, its tags
   SRECT bounds;   // twentieths; empty when the kind has none
 
   // Bitmap: decoded when first needed, and dropped again under memory pressure.
-  SBitmapCore bits;
+  SBitmapCore bits = {};
   bool damaged = false;  // decoding failed for good: it is not tried again
 
   SRECT bounds2;  // morph shape: the bounds of the end shape

@@ -29,6 +29,8 @@ struct JPEGPlayState {
   // return. Set by each routine below that calls the library.
   jmp_buf bail;
   SParser* parser;  // feeds the source; not owned
+  JSAMPLE* row;     // while an image is decoded: one line of it, owned
+  bool noMemory;    // the image failed for memory or a budget, not for its data
   JOCTET input[kJPEGInputBytes];
 };
 
@@ -41,7 +43,8 @@ JPEGHeader ReadJPEGTables(JPEGPlayState* state, SParser* parser);
 
 // Decodes into the character's bits: 32-bit pixels with `withAlpha`, else
 // 16-bit. `headerRead` says that ReadJPEGTables has met the image already.
-// False after a fatal error, with the bits freed; the tables are kept.
+// False when there is no picture to be had, with the bits freed; the tables are
+// kept.
 bool ReadJPEGImage(JPEGPlayState* state, SCharacter* character, bool withAlpha, bool headerRead);
 
 void FreeJPEGState(JPEGPlayState* state);

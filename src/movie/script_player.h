@@ -14,11 +14,17 @@ namespace vexel {
 inline constexpr int32_t kMovieHeaderBytes = 8;
 inline constexpr int32_t kCharacterBuckets = 128;
 
+// How many characters that were freed while in use may gather before they are
+// looked through for the first time.
+inline constexpr int32_t kReapFirst = 64;
+
 // `numFramesComplete` of a movie that is wholly in.
 inline constexpr int32_t kAllFramesComplete = 16000;
 
 // Told of every look-up that failed, so that a host can ask for the character.
 using LostCallback = void (*)(void* arg, uint16_t id);
+
+struct SColorTable;
 
 class ScriptPlayer : public ScriptThread {
  public:
@@ -61,6 +67,11 @@ class ScriptPlayer : public ScriptThread {
   // Decodes a bitmap character's pixels, unless it has them. A failure leaves
   // it without pixels, or with those that its data reached.
   void BuildBits(SCharacter* character);
+  // Gives a bitmap character zeroed pixels, within the budgets. False without
+  // memory, and for a size or format that there is none of.
+  bool CreateBits(SCharacter* character, int32_t format, int32_t width, int32_t height,
+                  const SColorTable* table);
+  void FreeBits(SCharacter* character);
 
   char* url = nullptr;  // owned: where the movie came from
 
@@ -95,13 +106,11 @@ class ScriptPlayer : public ScriptThread {
 
  private:
   friend struct SCharacter;
-  int64_t* BitmapBytes();
-  SCharacter* NewCharacter(uint16_t id);
+  SCharacter* NewCharacter(uint16_t id, uint8_t type, CharacterOwner owner);
   void DropCharacter(SCharacter* character);
   void DeleteCharacter(SCharacter* character);
-  void ReapCharacters();
-  void FreeBits(SCharacter* character);
-  bool ReserveBits(int32_t format, int32_t width, int32_t height);
+  void ReapBitmaps();
+  int64_t* BitmapBytes();
   void FreeJPEGInfo();
   void TakeText(const uint8_t* data, int32_t n);
   bool TakeHeader(const uint8_t** data, int32_t* n);
@@ -111,7 +120,11 @@ class ScriptPlayer : public ScriptThread {
   void BuildAlpha(SCharacter* character, SParser* parser);
   void BuildLossless(SCharacter* character, SParser* parser, bool alpha);
 
-  SCharacter* inUse = nullptr;  // taken out of the dictionary, still used
+  // Taken out of the dictionary, still used. A bitmap that only colours use
+  // isn't told when they let go, so those are looked through now and then.
+  SCharacter* inUse = nullptr;
+  int32_t inUseCount = 0;
+  int32_t reapAt = kReapFirst;  // look through at so many
   int64_t bitmapBytes = 0;      // decoded pixels of all layers; counted in the player's
 };
 

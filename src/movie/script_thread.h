@@ -77,7 +77,7 @@ class ScriptThread : public SParser {
 
   // The frame that a label stands in, by the tags that have arrived; -1 for
   // none.
-  int32_t FindLabel(const char* label);
+  int32_t FindLabel(const char* label) const;
 
   // --- Tags that place (place_tags.cpp); `pos` stands at the tag's body ---
 
@@ -107,7 +107,9 @@ class ScriptThread : public SParser {
 
   // The bytes from `start` to `end`, cut to the data: a copy, or the place
   // itself with `dataInPlace`. Null bytes when memory is out.
-  DataSpan AttachData(int32_t start, int32_t end);
+  DataSpan AttachData(int32_t start, int32_t end) const;
+  // The place itself, with a reference on the script.
+  DataSpan ScriptSpan(int32_t start, int32_t end) const;
 
   // --- Sprites by script (sprite_ops.cpp); this is the parent timeline ---
 

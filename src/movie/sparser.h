@@ -37,13 +37,41 @@ class SParser {
   }
   // `n` bits, most significant first; 0 bits give 0. Bits beyond 32 are read
   // and lost.
-  uint32_t GetBits(int32_t n);
+  uint32_t GetBits(int32_t n) {
+    const int32_t missing = n - bitPos;
+    if (missing <= 0) {
+      bitPos -= n;
+      const uint32_t result = bitBuf >> bitPos;
+      bitBuf &= (1u << bitPos) - 1;
+      return result;
+    }
+    if (n > 32 || !HasBytes(8)) return GetBitsSlowly(n);
+    // All that can be missing lies in the next 8 bytes.
+    uint64_t ahead = 0;
+    for (int i = 0; i < 8; ++i) ahead = ahead << 8 | script[pos + i];
+    const int32_t bytes = (missing + 7) >> 3;
+    const uint64_t result = uint64_t{bitBuf} << missing | ahead >> (64 - missing);
+    pos += bytes;
+    bitPos = bytes * 8 - missing;
+    bitBuf = script[pos - 1] & ((1u << bitPos) - 1);
+    return static_cast<uint32_t>(result);
+  }
   // The same, sign-extended from bit n - 1.
-  int32_t GetSBits(int32_t n);
+  int32_t GetSBits(int32_t n) {
+    const uint32_t bits = GetBits(n);
+    if (n <= 0 || n >= 32) return static_cast<int32_t>(bits);
+    return static_cast<int32_t>(bits << (32 - n)) >> (32 - n);
+  }
 
-  uint8_t GetByte();
-  uint16_t GetWord();
-  uint32_t GetDWord();
+  uint8_t GetByte() { return HasBytes(1) ? script[pos++] : 0; }
+  uint16_t GetWord() {
+    const uint32_t low = GetByte();
+    return static_cast<uint16_t>(low | uint32_t{GetByte()} << 8);
+  }
+  uint32_t GetDWord() {
+    const uint32_t low = GetWord();
+    return low | uint32_t{GetWord()} << 16;
+  }
 
   // Copies at most `n` bytes, never past `tagEnd` or the data's end; returns
   // how many.
@@ -77,6 +105,11 @@ class SParser {
   int32_t tagEnd = 0;               // offset just behind its body
   int32_t tagCode = 0;              // its code
   int32_t dataEnd = 0;              // offset behind the last byte that may be read
+
+ private:
+  bool HasBytes(int32_t n) const { return pos >= 0 && dataEnd - int64_t{pos} >= n; }
+  // Byte by byte: near the data's end, and for more than 32 bits.
+  uint32_t GetBitsSlowly(int32_t n);
 };
 
 }  // namespace vexel

@@ -1,0 +1,255 @@
+// Running a timeline: one tag, the tags of a frame, a seek, a step.
+#include <cstring>
+
+#include "movie/script_player.h"
+#include "movie/script_thread.h"
+#include "movie/tags.h"
+#include "player/text.h"
+#include "stage/display_list.h"
+
+namespace vexel {
+
+namespace {
+
+// The movie's own background outranks none at all, and yields to a host's.
+constexpr int32_t kMoviePriority = 1;
+
+void BackgroundColor(ScriptThread* thread) {
+  const SRGB color = thread->SParser::GetColor(false);
+  if (thread->display) thread->display->SetBackgroundColor(color, kMoviePriority);
+}
+
+void FrameActions(ScriptThread* thread) {
+  if (thread->seeking || !thread->display) return;
+  thread->display->actionList.PushAction(thread->ScriptSpan(thread->pos, thread->tagEnd), thread);
+}
+
+void FreeCharacterTag(ScriptThread* thread) {
+  const uint16_t id = thread->GetWord();
+  if (id < kFirstSystemId) thread->player->FreeCharacter(id);
+}
+
+}  // namespace
+
+ScriptThread::ScriptThread() {
+  ClearState();
+}
+
+ScriptThread::~ScriptThread() {
+  weakSlots.ClearAll();
+  if (display) display->RemoveThread(this);
+  ClearVariables();
+}
+
+bool ScriptThread::IsRoot() const {
+  return player == this;
+}
+
+void ScriptThread::ClearState() {
+  curFrame = -1;
+  currentLabel = nullptr;
+  atEnd = false;
+  seeking = false;
+  len = 0;
+  pos = 0;
+  script = nullptr;
+  scriptBlock.Reset();
+  dataEnd = 0;
+  numFrames = 0;
+  scriptErr = 0;
+  playing = true;
+  loop = true;
+}
+
+void ScriptThread::AttachScript(const DataSpan& tags) {
+  scriptBlock = tags.block;
+  script = tags.bytes;
+  dataEnd = tags.length;
+  tagEnd = kNoTagEnd;
+}
+
+DataSpan ScriptThread::ScriptSpan(int32_t start, int32_t end) const {
+  if (end > dataEnd) end = dataEnd;
+  if (start > end) start = end;
+  return {scriptBlock, const_cast<uint8_t*>(script) + start, end - start};
+}
+
+DataSpan ScriptThread::AttachData(int32_t start, int32_t end) const {
+  const DataSpan span = ScriptSpan(start, end);
+  if (dataInPlace) return span;
+  DataSpan copy;
+  copy.block = DataRef::Adopt(DataBlock::Create(span.length));
+  if (!copy.block) return copy;
+  copy.bytes = copy.block.Bytes();
+  copy.length = span.length;
+  if (span.length > 0) memcpy(copy.bytes, span.bytes, static_cast<size_t>(span.length));
+  return copy;
+}
+
+int32_t ScriptThread::DoTag() {
+  if (atEnd) return kScriptAtEnd;
+  if (display && display->tagsLeft <= 0) return kScriptWaiting;
+  const int32_t code = GetTag(len);
+  if (code < 0) return kScriptWaiting;
+  if (display) --display->tagsLeft;
+
+  // Handlers run other timelines (a placed sprite's first frame), never this
+  // one; still, where this tag ends is kept out of their reach.
+  const int32_t end = tagEnd;
+  switch (code) {
+    case kTagEnd:
+      atEnd = true;
+      break;
+    case kTagFrameEnd:
+      ++curFrame;
+      break;
+    case kTagFreeCharacter:
+      FreeCharacterTag(this);
+      break;
+    case kTagDefineShape:
+    case kTagDefineShape2:
+    case kTagDefineShape3:
+      DefineShape();
+      break;
+    case kTagPlaceObject:
+      PlaceObject();
+      break;
+    case kTagPlaceObject2:
+      PlaceObject2();
+      break;
+    case kTagRemoveObject:
+    case kTagRemoveObject2:
+      RemoveObject();
+      break;
+    case kTagDefineBits:
+    case kTagDefineBitsLossless:
+    case kTagDefineBitsJPEG:
+    case kTagDefineBitsJPEGAlpha:
+    case kTagDefineBitsLosslessAlpha:
+      DefineBits();
+      break;
+    case kTagDefineJPEGTables:
+      DefineJPEGTables();
+      break;
+    case kTagDefineButton:
+    case kTagDefineButton2:
+      DefineButton();
+      break;
+    case kTagDefineButtonExtra:
+      DefineButtonExtra(1);
+      break;
+    case kTagBackgroundColor:
+      BackgroundColor(this);
+      break;
+    case kTagDefineFont:
+      DefineFont();
+      break;
+    case kTagDefineFont2:
+      DefineFont2();
+      break;
+    case kTagDefineFontInfo:
+      DefineFontInfo();
+      break;
+    case kTagDefineText:
+    case kTagDefineText2:
+      DefineText();
+      break;
+    case kTagDefineEditText:
+      DefineEditText();
+      break;
+    case kTagFrameActions:
+      FrameActions(this);
+      break;
+    case kTagDefineSprite:
+      DefineSprite();
+      break;
+    case kTagFrameLabel:
+      currentLabel = GetStringP();
+      break;
+    case kTagDefineMorphShape:
+      DefineMorphShape();
+      break;
+    default:
+      break;
+  }
+  pos = end;
+  return scriptErr;
+}
+
+int32_t ScriptThread::DoTags(int32_t frame) {
+  int32_t result = kScriptOk;
+  while (curFrame < frame && result == kScriptOk) result = DoTag();
+  return result;
+}
+
+// The frames before `frame` pass in silence, `frame` itself runs its actions.
+int32_t ScriptThread::SeekForward(int32_t frame) {
+  seeking = true;
+  DoTags(WrapSub(frame, 1));
+  seeking = false;
+  return DoTags(frame);
+}
+
+int32_t ScriptThread::DrawFrame(int32_t frame, bool seek) {
+  if (scriptErr != 0) return scriptErr;
+  if (!player || !player->gotHeader) return kScriptWaiting;
+  if (!EnsureRootObject()) return kScriptNoMemory;
+  if (!seek) return DoTags(frame);
+  if (curFrame <= frame) return SeekForward(frame);
+
+  pos = startPos;
+  curFrame = -1;
+  currentLabel = nullptr;
+  atEnd = false;
+  display->BeginHold(rootObject);
+  const int32_t result = SeekForward(frame);
+  display->FinishHold();
+  return result;
+}
+
+int32_t ScriptThread::Seek(int32_t frame) {
+  StopPlay();
+  return DrawFrame(frame < 0 ? 0 : frame, true);
+}
+
+void ScriptThread::DoFrame(int32_t delta) {
+  if (!playing) return;
+  int32_t target = WrapAdd(curFrame, delta);
+  if (IsRoot() && !player->IsComplete() && target > player->numFramesComplete) {
+    target = player->numFramesComplete;
+  }
+  const int32_t result = DrawFrame(target, false);
+  if (result < 0) {
+    playing = false;
+  } else if (result == kScriptAtEnd) {
+    if (loop && curFrame != 0) {
+      DrawFrame(0, true);
+    } else {
+      playing = false;
+    }
+  }
+}
+
+void ScriptThread::Play(bool rewind) {
+  if (rewind && !loop && curFrame >= numFrames - 1) Seek(0);
+  playing = true;
+}
+
+// Walks on a parser of its own, so the timeline itself does not move.
+int32_t ScriptThread::FindLabel(const char* label) const {
+  SParser walk(script, dataEnd, startPos);
+  int32_t frame = 0;
+  int32_t code;
+  while ((code = walk.GetTag(len)) >= 0) {
+    if (display && --display->tagsLeft <= 0) break;
+    if (code == kTagFrameEnd) {
+      ++frame;
+    } else if (code == kTagFrameLabel && StrEqual(walk.GetStringP(), label)) {
+      return frame;
+    }
+    walk.pos = walk.tagEnd;
+  }
+  return -1;
+}
+
+}  // namespace vexel
