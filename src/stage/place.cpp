@@ -23,6 +23,27 @@ bool HasState(const SCharacter* character) {
          character->type == charLoadedMovie;
 }
 
+// Lets `copy` read the movie that `source` has wholly received, from its first
+// tag.
+void ShareMovie(const ScriptPlayer* source, ScriptPlayer* copy) {
+  copy->AttachScript({source->scriptBlock, source->scriptBlock.Bytes(), source->dataEnd});
+  copy->splayer = source->splayer;
+  copy->dataInPlace = source->dataInPlace;
+  copy->scriptLen = source->scriptLen;
+  copy->headerBytes = source->headerBytes;
+  copy->gotHeader = source->gotHeader;
+  copy->numFramesComplete = source->numFramesComplete;
+  copy->scanPos = source->scanPos;
+  copy->frame = source->frame;
+  copy->frameRate = source->frameRate;
+  copy->frameDelay = source->frameDelay;
+  copy->version = source->version;
+  copy->numFrames = source->numFrames;
+  copy->startPos = source->startPos;
+  copy->pos = source->startPos;
+  copy->len = source->len;
+}
+
 }  // namespace
 
 // What stands in the link is the first child at `depth` or above.
@@ -130,7 +151,7 @@ void DisplayList::PlaceLoadedMovie(SObject* object, bool clone) {
   if (!copy) return;
   object->character->player = copy;
   JoinThread(object, copy, copy);
-  copy->ShareScript(source);
+  ShareMovie(source, copy);
   copy->DrawFrame(0, false);
 }
 
