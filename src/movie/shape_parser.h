@@ -27,6 +27,10 @@ enum EdgeFlags : int32_t {
   kEdgeNewStyles = 0x10,
 };
 
+// Bits of a fill style's type byte, tested in this order; neither is a solid.
+inline constexpr uint8_t kFillGradient = 0x10;
+inline constexpr uint8_t kFillBitmap = 0x40;
+
 struct LineStyle {
   RColor* color;
   int32_t thickness;  // device units
@@ -92,17 +96,19 @@ class SShapeParser : public SParser {
   int32_t fillRoom = kInlineStyles;  // entries of the tables in use
   int32_t lineRoom = kInlineStyles;
 
-  bool AtDataEnd() const { return pos >= dataEnd; }
-  int32_t GetStyleCount(bool* extended);
+  bool GetTables(bool morph);
   bool GetFillTable(int32_t* count);
   bool GetLineTable(int32_t* count);
   RColor* NewStyleColor(int32_t order);
-  void GetFillStyle(RColor* color);
-  void GetMorphFillStyle(RColor* color);
+  void GetFill(RColor* color);
+  void GetMorphFill(RColor* color);
+  void GetLine(LineStyle* style);
+  void GetMorphLine(LineStyle* style);
+  void GetBitmapFill(RColor* color, uint8_t type, bool morph);
   void SetSolid(RColor* color, RGBI rgb);
-  void SetGradient(RColor* color, uint8_t type);
+  void StartGradient(RColor* color, uint8_t type);
+  void AddStop(RColor* color, uint8_t position, SRGB stop, bool fades);
   void FinishGradient(RColor* color);
-  void SetBitmap(RColor* color, uint8_t type, uint16_t id);
 };
 
 }  // namespace vexel

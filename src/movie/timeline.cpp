@@ -15,7 +15,7 @@ namespace {
 constexpr int32_t kMoviePriority = 1;
 
 void BackgroundColor(ScriptThread* thread) {
-  const SRGB color = thread->SParser::GetColor(false);
+  const SRGB color = thread->GetColor(false);
   if (thread->display) thread->display->SetBackgroundColor(color, kMoviePriority);
 }
 
