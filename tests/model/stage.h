@@ -1,0 +1,98 @@
+// The stage: the tree of placed objects, the camera, what is dirty.
+#pragma once
+
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "movie.h"
+
+namespace vexel::model {
+
+struct STransform {
+  Matrix mat;
+  ColorTransform cxform;
+};
+
+struct PlaceInfo {
+  Matrix mat;
+  ColorTransform cxform;
+  int flags = 0;
+  CharacterRef character;
+  u16 depth = 0, ratio = 0, clipDepth = 0;
+};
+
+struct Object {
+  Stage* stage = nullptr;
+  Object* parent = nullptr;
+  Object* next = nullptr;
+  Object* firstChild = nullptr;
+  CharacterRef character;
+  u16 depth = 0, ratio = 0, clipDepth = 0;
+  Thread* thread = nullptr;
+  std::unique_ptr<Thread> own;
+  Matrix mat;
+  ColorTransform cxform;
+  Rect devBounds;
+  bool drawn = false, dirty = false;
+  EdgeList edges;
+  ColorList colors;
+
+  void Modify();
+  void FreeCache();
+  void CalcDevBounds(const Matrix& m);
+  void CalcUpdate(const Matrix& parent, bool force);
+  void BuildEdges(const STransform& t);
+  void BuildText(const STransform& t);
+  void Draw(Raster& raster, STransform t, const RColor* clipper);
+  Object* DrawClipBracket(Raster& raster, const STransform& t, const RColor* clipper);
+  int Nesting() const;
+};
+
+struct Stage {
+  Object root;
+  Matrix camera;
+  bool antialias = false, animating = false, smooth = false, dirty = false;
+  bool haveBackground = false;
+  Srgb background;
+  int backgroundPriority = 0;
+  Buffer* bits = nullptr;
+  Rect devViewRect;
+  std::vector<Rect> dirtyRects;
+  std::vector<Rect> painted;  // in pixels, what the last update drew
+  Raster raster;
+  Object* holdList = nullptr;
+  Object* holdParent = nullptr;
+  std::list<Thread*> threads;
+  std::list<Thread*>::iterator cursor;  // the next thread of a step in progress
+  bool stepping = false;
+
+  Stage();
+  ~Stage();
+
+  Object* PlaceObject(Object* parent, const PlaceInfo& info);
+  Object* MoveObject(Object* parent, const PlaceInfo& info);
+  void RemoveObject(Object* parent, u16 depth);
+  void BeginHold(Object* parent);
+  void FinishHold();
+  void SetBackgroundColor(Srgb c, int priority);
+  void StepThreads();
+
+  void InvalidateRect(Rect r);
+  void CalcUpdate();
+  void Update();
+  void SetBits(Buffer* b);
+  void ModifyCamera();
+  void SetCamera(Rect frame, Rect screen, bool smooth, int mode);
+
+ private:
+  void DoRemove(Object** link);
+  void FreeChildren(Object* o);
+  void Free(Object* o);
+  void UpdateDevViewRect();
+  bool MergeDirtyList(bool force);
+  void DecomposeDirtyList();
+  void UpdateRect(Rect r);
+};
+
+}  // namespace vexel::model
