@@ -20,17 +20,17 @@ enum class TagForm : uint8_t { kAuto, kShort, kLong };
 struct Placement {
   bool move = false;  // changes what stands at the depth
   uint16_t depth = 0;
-  std::optional<uint16_t> character;
-  std::optional<Matrix> matrix;
-  std::optional<Cxform> cxform;
-  std::optional<uint16_t> ratio;
+  std::optional<uint16_t> character{};
+  std::optional<Matrix> matrix{};
+  std::optional<Cxform> cxform{};
+  std::optional<uint16_t> ratio{};
   // With a name, players take a clip depth from the first two bytes of the
   // name: nothing else is written for it, and the two rarely go together.
-  std::optional<std::string> name;
-  std::optional<uint16_t> clipDepth;
+  std::optional<std::string> name{};
+  std::optional<uint16_t> clipDepth{};
   uint8_t extraFlags = 0;
-  MatrixForm matrixForm;
-  CxformForm cxformForm;
+  MatrixForm matrixForm{};
+  CxformForm cxformForm{};
 };
 
 class TagStream {
