@@ -1,0 +1,20 @@
+// Writing a buffer as a picture, `.png` or `.raw`.
+#pragma once
+
+#include <string>
+
+#include "raster/bit_buffer.h"
+
+namespace vexel::tools {
+
+enum class PictureKind { kNone, kPng, kRaw };
+
+// By the ending of the name, in lower case.
+PictureKind PictureKindOf(const std::string& path);
+
+// Writes an RGB picture of the buffer (.png), or its rows as they stand in
+// memory from the top, rowBytes bytes each (.raw). The kind must be one of the
+// two. Throws Failure, and leaves no half-written file.
+void WritePicture(CBitBuffer* bits, const std::string& path);
+
+}  // namespace vexel::tools

@@ -1,0 +1,51 @@
+#include "png_out.h"
+
+#include <png.h>
+
+#include <vector>
+
+#include "raster/format_table.h"
+#include "raster/raster.h"
+#include "status.h"
+
+namespace vexel::tools {
+
+namespace {
+
+constexpr int32_t kBytesPerPixel = 3;
+
+std::vector<uint8_t> RgbOf(CBitBuffer* bits) {
+  CRaster raster;
+  raster.Attach(bits, nullptr, false);
+  const GetBackgroundProc getBackground = pixelFormats[bits->pixelFormat].getBackground;
+  std::vector<RGBI> row(static_cast<size_t>(bits->width));
+  std::vector<uint8_t> rgb(static_cast<size_t>(bits->width) * bits->height * kBytesPerPixel);
+  uint8_t* out = rgb.data();
+  for (int32_t y = 0; y < bits->height; y++) {
+    raster.SetYCoord(y);
+    getBackground(&raster, 0, bits->width, row.data());
+    for (const RGBI& pixel : row) {
+      *out++ = static_cast<uint8_t>(pixel.red);
+      *out++ = static_cast<uint8_t>(pixel.green);
+      *out++ = static_cast<uint8_t>(pixel.blue);
+    }
+  }
+  return rgb;
+}
+
+}  // namespace
+
+void WritePng(CBitBuffer* bits, const std::string& path, std::FILE* stream) {
+  const std::vector<uint8_t> rgb = RgbOf(bits);
+  png_image image = {};
+  image.version = PNG_IMAGE_VERSION;
+  image.width = static_cast<png_uint_32>(bits->width);
+  image.height = static_cast<png_uint_32>(bits->height);
+  image.format = PNG_FORMAT_RGB;
+  // A movie gives many pictures, and drawn areas pack well as they are.
+  image.flags = PNG_IMAGE_FLAG_FAST;
+  if (!png_image_write_to_stdio(&image, stream, 0, rgb.data(), 0, nullptr))
+    throw Failure(kFailed, path, std::string("cannot be written: ") + image.message);
+}
+
+}  // namespace vexel::tools

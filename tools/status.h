@@ -1,0 +1,35 @@
+// How the command ends, and how it says what went wrong.
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace vexel::tools {
+
+// Exit statuses.
+enum Status : int {
+  kDone = 0,
+  kFailed = 1,   // the work failed: a bad movie, an unreadable or unwritable file
+  kMisused = 2,  // the command line or a script line is wrong
+};
+
+// Ends the command with a message. `where` is the file it is about, or the verb.
+class Failure : public std::exception {
+ public:
+  Failure(Status status, const std::string& where, const std::string& what)
+      : status_(status), message_("vexel: " + where + ": " + what) {}
+  Status status() const { return status_; }
+  const char* what() const noexcept override { return message_.c_str(); }
+
+ private:
+  Status status_;
+  std::string message_;
+};
+
+// One line on standard error, `vexel: WHERE: what`; the command goes on.
+void Warn(const std::string& where, const std::string& what);
+
+// What errno means, for messages.
+std::string SystemError();
+
+}  // namespace vexel::tools

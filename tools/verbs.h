@@ -1,0 +1,15 @@
+// The verbs of the command. Each adds itself, with its options, to the command
+// line; the one that was named then runs. It throws Failure when it fails.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace vexel::tools {
+
+void AddInfoVerb(CLI::App* app);
+void AddRenderVerb(CLI::App* app);
+void AddImportVerb(CLI::App* app);
+void AddRunVerb(CLI::App* app);
+void AddBenchVerb(CLI::App* app);
+
+}  // namespace vexel::tools
