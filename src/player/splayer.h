@@ -35,8 +35,11 @@ inline constexpr int32_t kPanPercent = 1;
 class SPlayer : public ScriptPlayer {
  public:
   SPlayer();
-  // Calls no platform operation: those are gone by then.
-  virtual ~SPlayer();
+  // Calls no platform operation: those are gone by then. Defined here because
+  // the core is built without run-time type information: with no virtual
+  // function defined in a source of the core, a platform that has it emits its
+  // own.
+  virtual ~SPlayer() { FreeLayers(); }
 
   // --- Platform operations; the player calls them, and they may call back ---
 
