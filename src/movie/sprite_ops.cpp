@@ -55,9 +55,11 @@ void ScriptThread::CloneSprite(ScriptThread* source, const char* name, int32_t d
     info.character = object->character;
     info.character->AddRef();
   }
-  // What stood at the depth may be the source itself.
+  // What stood at the depth may be the source itself, and a loaded movie that
+  // ends with it leaves nothing to clone.
+  WeakSlot<ScriptThread> movie(source);
   display->RemoveObject(rootObject, info.depth);
-  display->PlaceObject(rootObject, &info);
+  if (movie || !(info.flags & kPlaceClone)) display->PlaceObject(rootObject, &info);
   info.character->Release();
 }
 
