@@ -19,7 +19,9 @@ using test::TestPlayer;
 void Push(ScriptPlayer* player, const Bytes& bytes, size_t from, size_t to) {
   player->PushDataBuf(bytes.data() + from, static_cast<int32_t>(to - from));
 }
-void Push(ScriptPlayer* player, const Bytes& bytes) { Push(player, bytes, 0, bytes.size()); }
+void Push(ScriptPlayer* player, const Bytes& bytes) {
+  Push(player, bytes, 0, bytes.size());
+}
 
 Bytes ThreeFrames() {
   MovieWriter movie({0, 4000, 0, 2000}, 0x0C80, 4);

@@ -1,0 +1,72 @@
+// The variables of a timeline.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "movie/budget.h"
+#include "movie/script_thread.h"
+
+namespace vexel {
+namespace {
+
+std::string All(const ScriptThread& thread) {
+  std::string out;
+  for (const ScriptVariable* v = thread.firstVariable; v; v = v->next) {
+    out += std::string(v->name) + '=' + (v->value ? v->value : "(null)") + ' ';
+  }
+  return out;
+}
+
+TEST(Variables, StandInOrderOfCreation) {
+  ScriptThread thread;
+  thread.SetVariable("b", "1");
+  thread.SetVariable("a", "2");
+  thread.SetVariable("c", nullptr);
+  thread.SetVariable("b", "3");
+  EXPECT_EQ(All(thread), "b=3 a=2 c=(null) ");
+  EXPECT_STREQ(thread.lastVariable->name, "c");
+}
+
+TEST(Variables, NamesIgnoreCaseAndKeepTheFirstSpelling) {
+  ScriptThread thread;
+  thread.SetVariable("Foo", "1");
+  thread.SetVariable("FOO", "2");
+  EXPECT_EQ(All(thread), "Foo=2 ");
+  EXPECT_STREQ(thread.FindVariable("foo")->value, "2");
+  EXPECT_EQ(thread.FindVariable("fo"), nullptr);
+  EXPECT_EQ(thread.FindVariable(nullptr), nullptr);
+}
+
+TEST(Variables, WithoutANameAreIgnored) {
+  ScriptThread thread;
+  thread.SetVariable(nullptr, "1");
+  thread.SetVariable("", "1");
+  EXPECT_EQ(All(thread), "");
+}
+
+TEST(Variables, MayTakeAPartOfTheirOwnValue) {
+  ScriptThread thread;
+  thread.SetVariable("x", "abcdef");
+  thread.SetVariable("x", thread.FindVariable("x")->value + 3);
+  EXPECT_EQ(All(thread), "x=def ");
+}
+
+TEST(Variables, AreClearedTogether) {
+  ScriptThread thread;
+  thread.SetVariable("x", "1");
+  thread.ClearVariables();
+  EXPECT_EQ(All(thread), "");
+  EXPECT_EQ(thread.lastVariable, nullptr);
+  thread.SetVariable("y", "1");
+  EXPECT_EQ(All(thread), "y=1 ");
+}
+
+TEST(Variables, OutliveANewScript) {
+  ScriptThread thread;
+  thread.SetVariable("x", "1");
+  thread.ClearState();
+  EXPECT_EQ(All(thread), "x=1 ");
+}
+
+}  // namespace
+}  // namespace vexel
