@@ -17,28 +17,28 @@ namespace vexel::author {
 
 // Something of the picture that the movie shows differently or not at all.
 struct ImportWarning {
-  std::string what; // a phrase for a person, one line, no file name
-  size_t count;     // how many times it was met, at least 1
+  std::string what;  // a phrase for a person, one line, no file name
+  size_t count;      // how many times it was met, at least 1
 };
 
 struct ImportResult {
   bool ok = false;
-  std::string error;                   // cause, one line, if not `ok`; "line 12: ..." for XML
-  std::vector<uint8_t> movie;          // the whole movie, empty if not `ok`
-  std::vector<ImportWarning> warnings; // in the order first met, each `what` once
+  std::string error;                    // cause, one line, if not `ok`; "line 12: ..." for XML
+  std::vector<uint8_t> movie;           // the whole movie, empty if not `ok`
+  std::vector<ImportWarning> warnings;  // in the order first met, each `what` once
 };
 
 enum class ArtKind { kUnknown, kSvg, kPng, kJpeg };
 
 // The kind that a file name's ending tells: .svg, .png, .jpg or .jpeg, in any case.
-ArtKind ArtKindOfName(const std::string &name);
+ArtKind ArtKindOfName(const std::string& name);
 
 // Imports a picture from memory; `data` stays the caller's. Never reads files or
 // the network, whatever the picture refers to. Bounded in time and memory: a picture
 // that asks for too much is refused or imported in part, with a warning.
-ImportResult ImportArt(ArtKind kind, const uint8_t *data, size_t size);
+ImportResult ImportArt(ArtKind kind, const uint8_t* data, size_t size);
 
 // Reads the file and imports it by the ending of its name.
-ImportResult ImportArtFile(const std::string &path);
+ImportResult ImportArtFile(const std::string& path);
 
-} // namespace vexel::author
+}  // namespace vexel::author

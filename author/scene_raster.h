@@ -1,0 +1,24 @@
+// Scenes as pixels, by cairo: for what a movie has no record for, and as a second
+// renderer of the same scene.
+#pragma once
+
+#include <cairo/cairo.h>
+
+#include "author/scene.h"
+
+namespace vexel::author {
+
+// Draws items of a scene; the context's matrix maps frame pixels to the target.
+void DrawItems(cairo_t* cairo, const std::vector<SceneItem>& items,
+               const std::vector<SceneBitmap>& bitmaps);
+
+// Draws the part of the frame in `region` at `density` pixels to the frame pixel.
+// The pixels are premultiplied; empty if there is no memory or nothing to draw.
+SceneBitmap RasterizeItems(const std::vector<SceneItem>& items,
+                           const std::vector<SceneBitmap>& bitmaps, const Box& region,
+                           double density);
+
+// Gaussian blur, in pixels; `linear` blurs light, not the numbers that stand for it.
+void BlurBitmap(SceneBitmap* bitmap, double sigmaX, double sigmaY, bool linear);
+
+}  // namespace vexel::author
