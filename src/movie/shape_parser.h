@@ -96,6 +96,11 @@ class SShapeParser : public SParser {
   int32_t fillRoom = kInlineStyles;  // entries of the tables in use
   int32_t lineRoom = kInlineStyles;
 
+  // The next record, if it is an edge well before the data's end; else nothing
+  // is read.
+  bool GetEdgeThroughWindow(CURVE* out);
+  void GetLineEdge(CURVE* out, const SPOINT& delta);
+  void GetCurveEdge(CURVE* out, const SPOINT& control, const SPOINT& anchor);
   bool GetTables(bool morph);
   bool GetFillTable(int32_t* count);
   bool GetLineTable(int32_t* count);

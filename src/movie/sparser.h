@@ -7,7 +7,9 @@
 // the format.
 #pragma once
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "geometry/color.h"
 #include "geometry/matrix.h"
@@ -22,6 +24,14 @@ inline constexpr int32_t kNoTagEnd = 0x20000000;
 
 // The limit for GetTag over character data, whose end only the block knows.
 inline constexpr int32_t kNoTagLimit = 0x1FFFFFFF;
+
+// The 8 bytes at `at` as one number, the first byte highest.
+inline uint64_t BigEndian64(const uint8_t* at) {
+  uint64_t word;
+  memcpy(&word, at, sizeof word);
+  if constexpr (std::endian::native == std::endian::little) word = __builtin_bswap64(word);
+  return word;
+}
 
 class SParser {
  public:
@@ -47,8 +57,7 @@ class SParser {
     }
     if (n > 32 || !HasBytes(8)) return GetBitsSlowly(n);
     // All that can be missing lies in the next 8 bytes.
-    uint64_t ahead = 0;
-    for (int i = 0; i < 8; ++i) ahead = ahead << 8 | script[pos + i];
+    const uint64_t ahead = BigEndian64(script + pos);
     const int32_t bytes = (missing + 7) >> 3;
     const uint64_t result = uint64_t{bitBuf} << missing | ahead >> (64 - missing);
     pos += bytes;
