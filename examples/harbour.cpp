@@ -324,13 +324,14 @@ uint16_t Harbour::Headland() {
                         {{0, {112, 70, 92}}, {110, {66, 44, 76}}, {255, {30, 26, 56}}}));
   const uint32_t grass = shape.AddFill(Color{74, 66, 84});
   shape.Style(rock)
-      .MoveTo(P(-10, 340))
+      .MoveTo(P(-10, 352))
       .LineTo(P(-10, 196))
       .CurveTo(P(60, 190), P(118, 206))
       .CurveTo(P(160, 214), P(174, 236))
       .CurveTo(P(196, 244), P(204, 268))
       .CurveTo(P(228, 280), P(236, 312))
-      .LineTo(P(200, 330))
+      .CurveTo(P(226, 336), P(150, 346))
+      .LineTo(P(-10, 352))
       .Close();
   shape.Style(grass)
       .MoveTo(P(-10, 204))
@@ -565,7 +566,7 @@ Bytes Harbour::Make() {
     };
 
     still(sky);
-    show(sun, At(470, 214 + 5 * wave(120)));
+    show(sun, At(286, 216 + 5 * wave(120)));
     show(clouds[0], At(210 + 26 * wave(120, 0.1), 92, 1.35, 1.1));
     show(clouds[1], At(640 + 20 * wave(120, 0.5), 66, 1.1, 0.9));
     faint(clouds[2], At(430 + 34 * wave(120, 0.8), 140, 1.7, 0.7), Cxform::Alpha(0.7));
@@ -578,23 +579,23 @@ Bytes Harbour::Make() {
     show(gull, At(620 + 110 * wave(120, 0.4), 96 + 16 * wave(40), 0.8, 0.8));
     still(water);
     faint(town, At(0, 2 * kHorizon + 2, 1, -1), Cxform::Alpha(0.3));
-    show(road, At(470, kHorizon + 1, 1.15, 1.25));
+    show(road, At(286, kHorizon + 1, 1.15, 1.25));
     show(far, At(0, 288));
+    still(headland);
+    ++depth;
+    if (frame == 0) stage.Show(depth, tower, At(92, 206));
 
     const double blueX = 640 + 60 * wave(120, 0.3);
     const double blueY = 300 + 2.0 * wave(60);
     faint(blue, At(blueX, blueY + 4, 0.55, -0.4, -2 * wave(60, 0.1)), Cxform::Alpha(0.22));
     show(blue, At(blueX, blueY, 0.55, 0.55, 2 * wave(60, 0.1)));
     show(middle, At(0, 326));
-    const double redX = 360 + 95 * wave(120, -0.2);
+    const double redX = 400 + 95 * wave(120, -0.2);
     const double redY = 366 + 4.5 * wave(60, 0.4);
     faint(red, At(redX, redY + 8, 1.05, -0.6, -3 * wave(60, 0.55)), Cxform::Alpha(0.25));
     show(red, At(redX, redY, 1.05, 1.05, 3 * wave(60, 0.55)));
     show(near, At(0, 384));
 
-    still(headland);
-    ++depth;
-    if (frame == 0) stage.Show(depth, tower, At(92, 206));
     show(beam, At(92, 88));
 
     // The spyglass goes round a figure of eight.

@@ -196,8 +196,8 @@ Light Sea(const std::vector<Light>& above, double x, double y) {
 
 uint8_t Develop(double light, double grain) {
   // A film's shoulder, then the screen's gamma.
-  const double exposed = 1 - std::exp(-1.9 * std::max(light, 0.0));
-  return static_cast<uint8_t>(std::clamp(std::pow(exposed, 1 / 1.8) * 255 + grain, 0.0, 255.0));
+  const double exposed = 1 - std::exp(-1.7 * std::max(light, 0.0));
+  return static_cast<uint8_t>(std::clamp(std::pow(exposed, 1 / 1.55) * 255 + grain, 0.0, 255.0));
 }
 
 }  // namespace
@@ -211,7 +211,7 @@ Picture NightPhoto() {
                                  : Sea(above, x + 0.5, y + 0.5);
       const double corner = std::hypot((x - 400) / 400.0, (y - 225) / 225.0);
       light = light * (1 - 0.28 * Smooth(0.6, 1.4, corner));
-      const double grain = (Lot(x, y, 101) - 0.5) * 7;
+      const double grain = (Lot(x, y, 101) - 0.5) * 3;
       picture.At(x, y) = {Develop(light.red, grain), Develop(light.green, grain),
                           Develop(light.blue, grain), 255};
     }
