@@ -1,0 +1,32 @@
+// What each fuzz target does with its input. The same functions replay the
+// inputs that once failed, in the ordinary tests.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace vexel::fuzz {
+
+// A whole movie: pushed in pieces, played, drawn, sought and zoomed.
+void FuzzMovie(const uint8_t* data, size_t size);
+
+// A bitmap: the first byte chooses the kind, the rest is its body; a shape is
+// filled with it. For a JPEG with shared tables, two bytes more tell the
+// length of the tables that follow them (0 takes good ones).
+void FuzzBitmap(const uint8_t* data, size_t size);
+
+// A vector picture to import.
+void FuzzSvg(const uint8_t* data, size_t size);
+
+struct Target {
+  const char* name;  // of the folder of its inputs in fuzz/regress
+  void (*run)(const uint8_t* data, size_t size);
+};
+
+inline constexpr Target kTargets[] = {
+    {"movie", FuzzMovie},
+    {"bitmap", FuzzBitmap},
+    {"svg", FuzzSvg},
+};
+
+}  // namespace vexel::fuzz

@@ -1,0 +1,154 @@
+// make_seeds FOLDER: writes the first inputs of every target into
+// FOLDER/<target>, so that none need to be kept with the sources.
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "author/writer.h"
+#include "support/random_movie.h"
+
+namespace {
+
+using namespace vexel::author;
+using vexel::kActionStop;
+
+class Seeds {
+ public:
+  Seeds(const std::filesystem::path& folder, const char* target) : folder_(folder / target) {
+    std::filesystem::create_directories(folder_);
+  }
+  void Add(std::span<const uint8_t> bytes) {
+    const std::string name = std::to_string(++count_);
+    if (!WriteFile((folder_ / name).string(), bytes)) std::exit(1);
+  }
+
+ private:
+  std::filesystem::path folder_;
+  int count_ = 0;
+};
+
+// Tags that random movies don't hold.
+Bytes OddTags() {
+  MovieWriter movie(40, 30);
+  ShapeBuilder shape;
+  shape.Style(shape.AddFill(Color{9, 99, 199}), shape.AddLine(40, {1, 2, 3}))
+      .Ellipse(Pixels(20, 15), 300, 200);
+  const Font font = BlockFont("Odd");
+  movie.DefineShape(1, shape).Place(1, 1).DefineFont(2, font).DefineFontInfo(2, font, 6, true);
+  EditTextField field;
+  field.font = 2;
+  field.flags = kEditBorder | kEditOutlines | kEditMultiline | kEditWordWrap;
+  field.variable = "v";
+  field.initialText = "Odd one\rtwo";
+  movie.DefineEditText(3, Rect::Pixels(0, 0, 38, 28), field).Place(3, 2);
+  movie.FrameActions(ActionBuilder().SetVariable("v", "new").Op(kActionStop).GetURL("u", "w"));
+  movie.FrameEnd().FreeCharacter(1).RemoveObject(1, 1).SyncFrame().FreeAll();
+  movie.Tag(777, Bytes{1, 2, 3}).FrameEnd().End();
+  return movie.Finish();
+}
+
+void Movies(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "movie");
+  RandomMovieOptions options;
+  options.maxFrames = 4;
+  for (uint32_t seed = 0; seed < 60; ++seed) {
+    options.fields = seed % 2 == 0;
+    options.actions = seed % 3 == 0;
+    seeds.Add(RandomMovie(seed, options));
+  }
+  seeds.Add(OddTags());
+}
+
+Bytes WithKind(uint8_t kind, const Bytes& body) {
+  Bytes bytes = {kind};
+  bytes.insert(bytes.end(), body.begin(), body.end());
+  return bytes;
+}
+
+void Bitmaps(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "bitmap");
+  Picture picture(11, 7);
+  for (size_t i = 0; i < picture.pixels.size(); ++i) {
+    picture.pixels[i] = {static_cast<uint8_t>(i * 3), static_cast<uint8_t>(255 - i),
+                         static_cast<uint8_t>(i * 7), static_cast<uint8_t>(i * 2)};
+  }
+  // Kinds by their place in the list of the entry.
+  enum : uint8_t { kShared, kLossless, kJpeg, kJpegAlpha, kLosslessAlpha };
+  Bytes shared = {0, 0};
+  const Bytes image = EncodeJpeg(picture, 75, JpegParts::kImageOnly);
+  shared.insert(shared.end(), image.begin(), image.end());
+  seeds.Add(WithKind(kShared, shared));
+  const Bytes tables = EncodeJpeg(picture, 75, JpegParts::kTablesOnly);
+  Bytes own = {static_cast<uint8_t>(tables.size()), static_cast<uint8_t>(tables.size() >> 8)};
+  own.insert(own.end(), tables.begin(), tables.end());
+  own.insert(own.end(), image.begin(), image.end());
+  seeds.Add(WithKind(kShared, own));
+  seeds.Add(WithKind(kJpeg, EncodeJpeg(picture, 40)));
+  seeds.Add(WithKind(kJpeg | 0x80, EncodeGreyJpeg(picture, 90)));
+  Bytes plane;
+  for (const Color& color : picture.pixels) plane.push_back(color.alpha);
+  seeds.Add(WithKind(kJpegAlpha, EncodeJpegAlpha(EncodeJpeg(picture, 90), plane)));
+  seeds.Add(WithKind(kLossless, EncodeLossless(LosslessFromPicture(picture, false), false)));
+  seeds.Add(WithKind(kLosslessAlpha, EncodeLossless(LosslessFromPicture(picture, true), true)));
+  for (int format = kBitmap1; format <= kBitmap8; ++format) {
+    const int colors = 1 << (1 << format);
+    std::vector<uint8_t> indexes(picture.pixels.size());
+    for (size_t i = 0; i < indexes.size(); ++i)
+      indexes[i] = static_cast<uint8_t>(i % static_cast<size_t>(colors));
+    std::vector<Color> table(static_cast<size_t>(colors), Color{50, 100, 150, 200});
+    const LosslessBody body =
+        LosslessFromIndexes(format, picture.width, picture.height, indexes, table);
+    seeds.Add(WithKind(kLossless | 0x80, EncodeLossless(body, false)));
+    seeds.Add(WithKind(kLosslessAlpha, EncodeLossless(body, true)));
+  }
+  LosslessBody body;
+  body.format = kBitmap16;
+  body.width = 5;
+  body.height = 4;
+  body.rows.assign(BitmapRowBytes(kBitmap16, 5) * 4, 0x3D);
+  seeds.Add(WithKind(kLossless, EncodeLossless(body, false)));
+}
+
+void Svgs(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "svg");
+  const char* const bodies[] = {
+      "<rect x='2' y='3' width='20' height='10' rx='2' fill='#c33' stroke='blue' "
+      "stroke-width='2'/>",
+      "<circle cx='15' cy='15' r='9' fill='rgb(10,200,30)' opacity='.5'/><ellipse cx='9' cy='9' "
+      "rx='7' ry='3'/>",
+      "<path d='M2 2 L30 4 C 30 20 10 30 5 25 Q 1 20 4 12 T 9 9 S 20 20 22 22 A 5 7 30 1 0 12 14 "
+      "h3v4H2V3z' fill-rule='evenodd' fill='none' stroke='#123456' stroke-linejoin='round'/>",
+      "<defs><linearGradient id='g' x1='0' x2='1'><stop offset='0' stop-color='red'/><stop "
+      "offset='100%' stop-color='#00f' stop-opacity='.3'/></linearGradient></defs><rect "
+      "width='30' height='30' fill='url(#g)'/>",
+      "<radialGradient id='r' cx='50%' cy='40%' r='60%' gradientUnits='objectBoundingBox' "
+      "spreadMethod='reflect'><stop offset='.2'/><stop offset='.9' stop-color='gold'/>"
+      "</radialGradient><polygon points='1,1 20,4 12,25' style='fill:url(#r);stroke:none'/>",
+      "<g transform='translate(3 4) rotate(30) scale(1.5,.5) skewX(10) matrix(1 0 0 1 2 "
+      "2)'><polyline points='0 0 10 10 20 0' stroke='#fff' fill='none' stroke-dasharray='3 "
+      "2'/><line x1='0' y1='0' x2='9' y2='9' stroke='red'/></g>",
+      "<clipPath id='c'><circle cx='10' cy='10' r='8'/></clipPath><g clip-path='url(#c)'><use "
+      "href='#s'/></g><symbol id='s' viewBox='0 0 4 4'><rect width='4' height='4'/></symbol>",
+      "<style>.a{fill:#0f0;stroke:red}</style><rect class='a' width='9' height='9'/><text x='2' "
+      "y='9'>Hi</text><mask id='m'><rect width='5' height='5' fill='white'/></mask>",
+  };
+  for (const char* body : bodies) {
+    std::string text = "<svg xmlns='http://www.w3.org/2000/svg' width='32' height='32'>";
+    text += body;
+    text += "</svg>";
+    seeds.Add({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: make_seeds FOLDER\n", stderr);
+    return 2;
+  }
+  Movies(argv[1]);
+  Bitmaps(argv[1]);
+  Svgs(argv[1]);
+  return 0;
+}
