@@ -195,12 +195,12 @@ static void BuildLossless(Character& c, Parser& p, int code) {
   const std::vector<u8> bytes =
       Inflate(p.script->data() + p.pos, static_cast<size_t>(p.tagEnd - p.pos),
               tableSize + (good ? shape.bytes.size() : 0));
-  std::vector<u32> table;
-  auto at = [&bytes](size_t i) { return i < bytes.size() ? u32{bytes[i]} : 0u; };
-  for (size_t i = 0; i < static_cast<size_t>(colors); ++i) {
-    u32 alpha = 255;
-    if (entry == 4 && 4 * i + 3 < bytes.size()) alpha = bytes[4 * i + 3];
-    table.push_back(alpha << 24 | at(entry * i) << 16 | at(entry * i + 1) << 8 | at(entry * i + 2));
+  // Entries that the data does not wholly reach are 0, alpha too.
+  std::vector<u32> table(static_cast<size_t>(colors), 0);
+  for (size_t i = 0; i < table.size() && entry * (i + 1) <= bytes.size(); ++i) {
+    const u8* e = bytes.data() + entry * i;
+    const u32 alpha = entry == 4 ? e[3] : 255;
+    table[i] = alpha << 24 | u32{e[0]} << 16 | u32{e[1]} << 8 | u32{e[2]};
   }
   c.bits->Create(format, width, height, table);
   if (code == 36) c.bits->transparent = true;

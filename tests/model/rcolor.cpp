@@ -321,6 +321,9 @@ void RColor::BitmapSlab(int x1, int x2, Rgbi* out) {
     px = reduce(px, W);
     py = reduce(py, H);
   }
+  // The one slab of this call. Sources without a copying routine leave in it
+  // what the piece before left, and the map is applied to that once more.
+  Rgbi slab[256];
   while (x1 < x2) {
     i64 n = x2 - x1;
     if (!out && n > 256) n = 256;
@@ -354,9 +357,11 @@ void RColor::BitmapSlab(int x1, int x2, Rgbi* out) {
       } else {
         bool known = false;
         Rgbi c = Fetch(px, py, known);
-        if (!known) c = Rgbi{};
+        Rgbi& place = out ? out[x - start] : slab[k];
+        if (!known) c = place;
         if (hasMap) ApplyMap(c);
-        emit(x, c);
+        place = c;
+        if (!out) raster->DrawSlab(x, x + 1, &c);
       }
       px += sx;
       py += sy;
@@ -388,12 +393,14 @@ void RColor::Composite(int x1, int x2, Rgbi* out) {
     return;
   }
   std::vector<Rgbi> span(static_cast<size_t>(x2 - x1));
+  Rgbi* to = transparent ? span.data() : out;
   if (type == kBitmap) {
-    BitmapSlab(x1, x2, span.data());
+    BitmapSlab(x1, x2, to);
   } else {
-    BuildGradient(x1, x2, span.data());
+    BuildGradient(x1, x2, to);
   }
-  for (size_t i = 0; i < span.size(); ++i) out[i] = transparent ? Over(span[i], out[i]) : span[i];
+  if (!transparent) return;
+  for (size_t i = 0; i < span.size(); ++i) out[i] = Over(span[i], out[i]);
 }
 
 void RColor::CalcPixel(int x) {

@@ -18,8 +18,11 @@ Player::Player(const std::vector<u8>& file, const Options& options) {
     if (h < 1) h = 1;
   }
   client = Rect{0, w, 0, h};
+  // The stage gets its buffer before the buffer has pixels, and so a first dirty
+  // rectangle of 2000 units a side.
+  stage.SetBits(nullptr);
   bits.Create(options.format, w, h);
-  stage.SetBits(&bits);
+  stage.bits = &bits;
   SetCamera();
   stage.ModifyCamera();
 

@@ -143,9 +143,9 @@ void Raster::DrawRGBASlab(int x1, int x2, const Rgbi* pixels) {
 }
 
 void Raster::CompositeSlab(int x1, int x2, RColor* const* colors, int n) {
+  Rgbi buf[256];
   for (; x1 < x2; x1 += 256) {
     const int end = x1 + 256 < x2 ? x1 + 256 : x2;
-    Rgbi buf[256];
     int remaining = n;
     RColor* b = colors[n - 1];
     if (b->transparent) {
