@@ -1,5 +1,7 @@
 #include "author/scene_raster.h"
 
+#include <cairo/cairo.h>
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -167,7 +169,7 @@ std::vector<float> BellOf(double sigma) {
 
 }  // namespace
 
-void DrawItems(cairo_t* cairo, const std::vector<SceneItem>& items,
+void DrawItems(_cairo* cairo, const std::vector<SceneItem>& items,
                const std::vector<SceneBitmap>& bitmaps) {
   cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_EVEN_ODD);
   cairo_set_line_cap(cairo, CAIRO_LINE_CAP_ROUND);

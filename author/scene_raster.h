@@ -2,14 +2,14 @@
 // renderer of the same scene.
 #pragma once
 
-#include <cairo/cairo.h>
-
 #include "author/scene.h"
+
+struct _cairo;
 
 namespace vexel::author {
 
 // Draws items of a scene; the context's matrix maps frame pixels to the target.
-void DrawItems(cairo_t* cairo, const std::vector<SceneItem>& items,
+void DrawItems(_cairo* cairo, const std::vector<SceneItem>& items,
                const std::vector<SceneBitmap>& bitmaps);
 
 // Draws the part of the frame in `region` at `density` pixels to the frame pixel.

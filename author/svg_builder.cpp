@@ -1,6 +1,8 @@
 // The walk over the tree: containers, references, viewports, pictures.
 #include "author/svg_builder.h"
 
+#include <libxml/tree.h>
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,5 +1,7 @@
 #include "author/svg_css.h"
 
+#include <libxml/tree.h>
+
 #include <algorithm>
 #include <cctype>
 

@@ -3,11 +3,11 @@
 // what is beyond that is left out whole, rule by rule.
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "author/svg_document.h"
 
 namespace vexel::author {
 

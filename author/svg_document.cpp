@@ -5,6 +5,7 @@
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
+#include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
 namespace vexel::author {
@@ -45,6 +46,10 @@ std::string ErrorOf(const xmlParserCtxt* context) {
 }
 
 }  // namespace
+
+void SvgDocument::FreeDoc::operator()(xmlDoc* doc) const {
+  xmlFreeDoc(doc);
+}
 
 std::unique_ptr<SvgDocument> SvgDocument::Parse(const uint8_t* data, size_t size,
                                                 std::string* error) {

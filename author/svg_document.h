@@ -2,14 +2,17 @@
 // ever read, with lookups by id.
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+
+// libxml2's own names, so that only its users include its headers.
+struct _xmlDoc;
+struct _xmlNode;
+using xmlNode = _xmlNode;
 
 namespace vexel::author {
 
@@ -25,9 +28,9 @@ class SvgDocument {
 
  private:
   struct FreeDoc {
-    void operator()(xmlDoc* doc) const { xmlFreeDoc(doc); }
+    void operator()(_xmlDoc* doc) const;
   };
-  std::unique_ptr<xmlDoc, FreeDoc> doc_;
+  std::unique_ptr<_xmlDoc, FreeDoc> doc_;
   const xmlNode* root_ = nullptr;
   std::unordered_map<std::string, const xmlNode*> ids_;
 };

@@ -3,6 +3,8 @@
 // its property leaves what stood before.
 #include "author/svg_style.h"
 
+#include <libxml/tree.h>
+
 #include <algorithm>
 #include <unordered_map>
 

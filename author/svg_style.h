@@ -2,8 +2,6 @@
 // attribute and what is inherited, brought together.
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <string>
 #include <vector>
 
