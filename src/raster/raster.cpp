@@ -11,6 +11,7 @@
 #include "raster/format_table.h"
 #include "raster/rcolor.h"
 #include "raster/render_tables.h"
+#include "raster/row_painter.h"
 #include "raster/run.h"
 
 namespace vexel {
@@ -43,6 +44,10 @@ CRaster::CRaster()
       y(0),
       firstRun(nullptr),
       curRun(nullptr),
+      pictureColors(nullptr),
+      nPictureColors(0),
+      pictureColorRoom(0),
+      pictureColorsKnown(true),
       activeEdgeAlloc(sizeof(RActiveEdge), 64, true, 0x33333333),
       runAlloc(sizeof(RRun), 128, true, 0x55555555),
       rampAlloc(kRampEntries * sizeof(uint32_t), 16, true, 0xEEEEEEEE),
@@ -57,13 +62,16 @@ CRaster::CRaster()
       bitY(0),
       drawRGBSlab(DrawRGBSlab32),
       ditherRGBSlab(DitherRGBSlabOrdered),
-      getBackground(GetBackgroundWhite) {
+      getBackground(GetBackgroundWhite),
+      rowPainter_(nullptr) {
   if (!renderTablesBuilt) BuildRenderTables();
 }
 
 CRaster::~CRaster() {
   std::free(yindex);
   std::free(errorBuf);
+  std::free(pictureColors);
+  delete rowPainter_;
 }
 
 void CRaster::Attach(CBitBuffer* buffer, const SRECT* clip, bool wantAntialias) {
@@ -104,6 +112,8 @@ void CRaster::BeginPaint() {
   firstColor = nullptr;
   hasEdges = false;
   layer = 0;
+  nPictureColors = 0;
+  pictureColorsKnown = true;
   if (nScanlines > yindexSize) {
     std::free(yindex);
     yindex = static_cast<REdge**>(std::malloc(static_cast<size_t>(nScanlines) * sizeof(REdge*)));
@@ -113,6 +123,30 @@ void CRaster::BeginPaint() {
   if (nScanlines > 0) {
     std::memset(yindex, 0, static_cast<size_t>(nScanlines) * sizeof(REdge*));
   }
+}
+
+// Numbers the colour in the picture, if it isn't yet: its rank is right if the
+// table says so.
+void CRaster::NoteColor(RColor* c, uint8_t ruleKind) {
+  if (c == nullptr) return;
+  const int32_t i = c->rank;
+  if (i < 0 || i >= nPictureColors || pictureColors[i] != c) {
+    if (nPictureColors == pictureColorRoom) {
+      const int32_t room = pictureColorRoom * 2 + 64;
+      auto* bigger = static_cast<RColor**>(
+          std::realloc(pictureColors, static_cast<size_t>(room) * sizeof(RColor*)));
+      if (bigger == nullptr) {
+        pictureColorsKnown = false;
+        return;
+      }
+      pictureColors = bigger;
+      pictureColorRoom = room;
+    }
+    c->rank = nPictureColors;
+    c->ruleKinds = 0;
+    pictureColors[nPictureColors++] = c;
+  }
+  c->ruleKinds |= ruleKind;
 }
 
 void CRaster::AddEdges(REdge* list) {
@@ -125,6 +159,12 @@ void CRaster::AddEdges(REdge* list) {
     REdge** bucket = yindex + (y1 > edgeClip.ymin ? y1 - edgeClip.ymin : 0);
     e->nextActive = *bucket;
     *bucket = e;
+    if (e->fillRule == ruleWinding) {
+      NoteColor(e->color1, e->dir != 0 ? ruleKindCount : ruleKindOdd);
+    } else {
+      NoteColor(e->color1, ruleKindToggle);
+      if (e->fillRule != ruleEvenOdd) NoteColor(e->color2, ruleKindToggle);
+    }
   }
 }
 
@@ -137,9 +177,15 @@ void CRaster::AddEdges(REdge* list, RColor* colors, RColor* clipper) {
   layer += 0x10000;
 }
 
+bool CRaster::PaintRows() {
+  if (rowPainter_ == nullptr) rowPainter_ = new (std::nothrow) RowPainter;
+  return rowPainter_ != nullptr && rowPainter_->Paint(this);
+}
+
 void CRaster::PaintBits() {
   if (!BitsValid() || nScanlines == 0 || yindexSize < nScanlines) return;
   getBackground = useBackground ? pixelFormats[pixelFormat].getBackground : GetBackgroundWhite;
+  if (PaintRows()) return;
   for (y = edgeClip.ymin; y < edgeClip.ymax; y++) {
     AddActive();
     SortActive();

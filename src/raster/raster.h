@@ -24,6 +24,7 @@ struct RActiveEdge;
 struct RColor;
 struct REdge;
 struct RRun;
+class RowPainter;
 
 // Pixels that drawing handles at a time: the size of its buffers on the stack.
 inline constexpr int32_t kSlabPixels = 256;
@@ -64,6 +65,12 @@ class CRaster {
   int32_t y;       // current scanline, device units
   RRun* firstRun;  // of the current pixel row, in ascending x
   RRun* curRun;    // where the next span of this sub-scanline goes, or null
+
+  // The colours that the edges of this picture name, each once.
+  RColor** pictureColors;
+  int32_t nPictureColors;
+  int32_t pictureColorRoom;
+  bool pictureColorsKnown;  // false: there was no memory to note one
 
   ChunkAlloc activeEdgeAlloc;
   ChunkAlloc runAlloc;
@@ -138,10 +145,14 @@ class CRaster {
   void DrawRGBASlab(int32_t x1, int32_t x2, RGBI* pixels);
 
  private:
+  void NoteColor(RColor* c, uint8_t ruleKind);
+  bool PaintRows();
   void AddActive();
   void SortActive();
   void PaintActive();
   void PaintAARuns();
+
+  RowPainter* rowPainter_;  // owned; null until a picture is painted by rows
 };
 
 }  // namespace vexel

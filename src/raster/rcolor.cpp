@@ -56,6 +56,7 @@ void CacheBitmap(RColor* c) {
   BuildColorMap(c);
   c->bm.directBltProc = nullptr;
   c->bm.smooth = false;
+  c->bm.opacity = opacityUnknown;
   c->bm.bltProc = bltProcs[bitmap->bmFormat];
   if (c->pattern != 0 || c->bm.colorMap != nullptr) return;
   // Error diffusion needs the neighbours' errors, which only pixels pass on.
@@ -118,6 +119,13 @@ bool CacheGradient(RColor* c) {
     return false;
   }
   BuildRamp(c->grad.ramp, c->grad.colorRamp);
+  c->grad.isOpaque = true;
+  c->grad.hasClear = false;
+  for (int32_t i = 0; i < kRampEntries; i++) {
+    const uint32_t alpha = c->grad.colorRamp[i] >> 24;
+    c->grad.isOpaque = c->grad.isOpaque && alpha == 255;
+    c->grad.hasClear = c->grad.hasClear || alpha == 0;
+  }
   return true;
 }
 
@@ -146,6 +154,8 @@ void RColor::SetUp(CRaster* r) {
   colorType = colorSolid;
   cacheValid = false;
   pattern = 0;
+  rank = 0;
+  ruleKinds = 0;
 }
 
 void RColor::BuildCache() {

@@ -50,9 +50,13 @@ struct RSolid {
   uint8_t pat[4][16];  // the pixel values of a 4 by 4 pattern in the buffer's format
 };
 
+// Whether a bitmap without `transparent` really has no see-through pixel.
+enum BitmapOpacity : uint8_t { opacityUnknown, opacityFull, opacityPartial };
+
 struct RBitmap {
   uint16_t fillStyle;   // the movie's code: bit 0 set is clipped, clear is tiled
   bool smooth;          // BuildCache clears it
+  uint8_t opacity;      // BitmapOpacity, found out when it is needed
   SBitmapCore* bitmap;  // not owned; useCount says that it is in use. May be null
   MATRIX bitsMat;       // the style's matrix, as read
   MATRIX invMat;        // device pixel to bitmap, tx and ty in 16.16: results are 16.16 too
@@ -71,6 +75,15 @@ struct RGradient {
   MATRIX invGradMat;    // device pixel to gradient space, translations with 8 more bits
   GradColorRamp ramp;   // the stops, not premultiplied
   uint32_t* colorRamp;  // kRampEntries words from the raster's rampAlloc, or null
+  bool isOpaque;        // all entries of colorRamp have an alpha of 255
+  bool hasClear;        // some entry has an alpha of 0
+};
+
+// How the edges of a picture switch a colour, as bits.
+enum RuleKind : uint8_t {
+  ruleKindToggle = 1,
+  ruleKindCount = 2,
+  ruleKindOdd = 4,  // by a winding edge without a direction
 };
 
 // The maker of a colour calls SetUp, fills in the type, `transparent`, `order`,
@@ -92,6 +105,10 @@ struct RColor {
   RGBI rgb;           // the solid colour, premultiplied, or the last pixel asked for
   uint32_t pattern;   // 0 none, 1 pale, 2 and 3 inverting
   uint32_t cacheKey;  // the pixel whose value rgb holds: y << 16 | x & 0xFFFF
+
+  // Of the picture that the raster has in hand.
+  int32_t rank;       // its place among the picture's colours
+  uint8_t ruleKinds;  // RuleKind
 
   // By colorType.
   union {
