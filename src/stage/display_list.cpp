@@ -77,18 +77,6 @@ void DisplayList::FreeCache() {
   raster.FreeEmpties();
 }
 
-REdge* DisplayList::NewEdge() {
-  if (edgeCount >= kMaxEdges) return nullptr;
-  auto* edge = static_cast<REdge*>(edgeAlloc.Alloc());
-  if (edge) ++edgeCount;
-  return edge;
-}
-
-void DisplayList::FreeEdge(REdge* edge) {
-  edgeAlloc.Free(edge);
-  --edgeCount;
-}
-
 void DisplayList::FreeEdges(REdge** list) {
   while (REdge* edge = *list) {
     *list = edge->next;

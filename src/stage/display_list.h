@@ -91,8 +91,16 @@ class DisplayList {
   void FreeCache();
   // An edge or a colour for a cache or for one paint; null when the pool or
   // the stage's budget is exhausted. The memory is not cleared.
-  REdge* NewEdge();
-  void FreeEdge(REdge* edge);
+  REdge* NewEdge() {
+    if (edgeCount >= kMaxEdges) return nullptr;
+    auto* edge = static_cast<REdge*>(edgeAlloc.Alloc());
+    if (edge) ++edgeCount;
+    return edge;
+  }
+  void FreeEdge(REdge* edge) {
+    edgeAlloc.Free(edge);
+    --edgeCount;
+  }
   void FreeEdges(REdge** list);
   RColor* NewColor();
   // FreeCache on the colour, and back to the pool.
@@ -200,6 +208,9 @@ class DisplayList {
   void TakeHeldObject(SObject** link);
   void KeepHeldObject(SObject** link, bool samePlace);
   void AddFocusFrame(RColor* color, REdge** edges);
+
+  // The object before the one that the last FindLink found; null for none.
+  SObject* lastBefore = nullptr;
 };
 
 // (xmax - xmin) times (ymax - ymin), wrapping at 32 bits.

@@ -30,9 +30,14 @@ static SObject* DrawBracket(SObject* object, CRaster* raster, const STransform& 
 static void DrawObject(SObject* object, CRaster* raster, const STransform& outer, RColor* clipper,
                        int32_t brackets) {
   if (!object->visible) return;
-  const STransform t = Concatenated(object, outer);
-  if (RectTestIntersect(&object->devBounds, &raster->edgeClip)) {
-    object->BuildEdges(&t);
+  const bool shown = RectTestIntersect(&object->devBounds, &raster->edgeClip);
+  const bool built = object->edges || object->colors;
+  // Most objects stand still and have no children: their transform, the most
+  // of what they cost, is needed for nothing.
+  STransform t;
+  if (object->firstChild || (shown && !built)) t = Concatenated(object, outer);
+  if (shown) {
+    if (!built) object->BuildEdges(&t);
     raster->AddEdges(object->edges, object->colors, clipper);
     object->drawn = true;
   }

@@ -31,6 +31,7 @@ void DisplayList::BeginHold(SObject* parent) {
   holdParent = parent;
   holdList = parent->firstChild;
   parent->firstChild = nullptr;
+  lastBefore = nullptr;
 }
 
 // Takes the head of the hold list in where `link` points, so that it is the

@@ -17,6 +17,9 @@ namespace {
 
 constexpr uint8_t kButtonIdle = 1;
 
+// Steps along a list of children that count as a tag.
+constexpr int32_t kStepsPerTag = 64;
+
 // Kinds whose objects carry state that the character alone does not give.
 bool HasState(const SCharacter* character) {
   return character->type == charButton || character->type == charSprite ||
@@ -46,10 +49,21 @@ void ShareMovie(const ScriptPlayer* source, ScriptPlayer* copy) {
 
 }  // namespace
 
-// What stands in the link is the first child at `depth` or above.
+// What stands in the link is the first child at `depth` or above. Timelines
+// go through their depths in ascending order, so the walk goes on where the
+// last one ended if it can. Long walks are paid for out of the tag budget: a
+// hostile movie could make every tag walk past every object.
 SObject** DisplayList::FindLink(SObject* parent, uint16_t depth) {
-  SObject** link = &parent->firstChild;
-  while (*link && (*link)->depth < depth) link = &(*link)->next;
+  SObject* before = nullptr;
+  if (lastBefore && lastBefore->parent == parent && lastBefore->depth < depth) before = lastBefore;
+  SObject** link = before ? &before->next : &parent->firstChild;
+  int32_t steps = 0;
+  for (; *link && (*link)->depth < depth; ++steps) {
+    before = *link;
+    link = &before->next;
+  }
+  lastBefore = before;
+  tagsLeft -= steps / kStepsPerTag;
   return link;
 }
 
@@ -209,6 +223,7 @@ void DisplayList::DoRemove(SObject** link) {
 void DisplayList::FreeObject(SObject* object) {
   object->Free();
   if (button == object) button = nullptr;
+  if (lastBefore == object) lastBefore = nullptr;
   object->~SObject();
   objectAlloc.Free(object);
   --objectCount;

@@ -63,7 +63,9 @@ void SObject::CalcUpdate(const MATRIX* parentMat, bool forceDirty) {
     dirty = false;
   }
   // A parent's move moves its children, so dirt goes down the whole subtree.
-  for (SObject* child = firstChild; child; child = child->next) child->CalcUpdate(&m, changed);
+  for (SObject* child = firstChild; child; child = child->next) {
+    if (changed || child->dirty || child->firstChild) child->CalcUpdate(&m, changed);
+  }
 }
 
 void DisplayList::CalcUpdate() {

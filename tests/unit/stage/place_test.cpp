@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "movie/budget.h"
 #include "movie/script_player.h"
@@ -247,6 +250,88 @@ TEST_F(Placing, RemovingAnObjectTakesItselfAndNotItsNeighbourAtTheSameDepth) {
   stage.RemoveObject(first);
   EXPECT_EQ(stage.root.firstChild, second);
   EXPECT_EQ(second->next, nullptr);
+}
+
+// Objects as a plain list says they stand: the last placed first among equals.
+class PlainChildren {
+ public:
+  void Place(uint16_t depth, SObject* object) {
+    auto at = std::find_if(m_list.begin(), m_list.end(),
+                           [&](const Entry& e) { return e.depth >= depth; });
+    m_list.insert(at, {depth, object});
+  }
+  SObject* Find(uint16_t depth) const {
+    for (const Entry& e : m_list) {
+      if (e.depth == depth) return e.object;
+    }
+    return nullptr;
+  }
+  void Remove(uint16_t depth) {
+    auto at = std::find_if(m_list.begin(), m_list.end(),
+                           [&](const Entry& e) { return e.depth == depth; });
+    if (at != m_list.end()) m_list.erase(at);
+  }
+  void ExpectSame(const SObject& parent) const {
+    const SObject* child = parent.firstChild;
+    for (const Entry& e : m_list) {
+      ASSERT_EQ(child, e.object) << "at depth " << e.depth;
+      child = child->next;
+    }
+    ASSERT_EQ(child, nullptr);
+  }
+
+ private:
+  struct Entry {
+    uint16_t depth;
+    SObject* object;
+  };
+  std::vector<Entry> m_list;
+};
+
+TEST_F(Placing, LookUpsEqualThoseOfAPlainList) {
+  SCharacter* shape = Define(1, charShape);
+  SObject* parents[] = {Place(1, Define(2, charRoot)), Place(2, Define(3, charRoot))};
+  PlainChildren plain[2];
+  std::mt19937 random(3);
+  for (int i = 0; i < 20000; ++i) {
+    const auto which = random() % 2;
+    SObject* parent = parents[which];
+    // Runs of ascending depths, as timelines have them, among random ones.
+    const auto depth = static_cast<uint16_t>(i % 3 ? i % 40 : random() % 40);
+    switch (random() % 5) {
+      case 0:
+      case 1:
+        plain[which].Place(depth, Place(parent, depth, shape));
+        break;
+      case 2: {
+        const PlaceInfo info = Info(depth);
+        ASSERT_EQ(stage.MoveObject(parent, &info), plain[which].Find(depth)) << i;
+        break;
+      }
+      case 3:
+        ASSERT_EQ(stage.FindObject(parent, depth), plain[which].Find(depth)) << i;
+        break;
+      default:
+        stage.RemoveObject(parent, depth);
+        plain[which].Remove(depth);
+    }
+    if (i % 2000 == 0) {
+      stage.BeginHold(parent);
+      stage.FinishHold();
+      plain[which] = PlainChildren();
+    }
+    plain[which].ExpectSame(*parent);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST_F(Placing, LongWalksAreTakenOffTheTagBudget) {
+  SCharacter* shape = Define(1, charShape);
+  for (uint16_t depth = 1; depth <= 6400; ++depth) Place(depth, shape);
+  EXPECT_EQ(stage.tagsLeft, kMaxTagsPerCall) << "ascending depths need no walk";
+  stage.FindObject(&stage.root, 1);
+  stage.FindObject(&stage.root, 6400);
+  EXPECT_EQ(stage.tagsLeft, kMaxTagsPerCall - 99);
 }
 
 }  // namespace
