@@ -13,12 +13,6 @@ static constexpr int32_t kMinSlotBytes = kBackBytes + static_cast<int32_t>(sizeo
 static_assert(sizeof(ChunkBlock) % 8 == 0, "slots start aligned");
 static_assert(kMaxBlockBytes / 16 <= 0xFFFF, "used counts all slots");
 
-// The words of a free slot.
-struct FreeSlot {
-  ChunkBlock* block;
-  FreeSlot* next;
-};
-
 ChunkAlloc::ChunkAlloc(int size, int count, bool keepEmptyBlocks, uint32_t pattern)
     : itemSize((size + kBackBytes + 7) & ~7),
       itemsPerBlock(count),
@@ -43,13 +37,10 @@ bool ChunkAlloc::CreateChunk() {
   char* memory = static_cast<char*>(std::malloc(sizeof(ChunkBlock) + slotBytes * count));
   if (!memory) return false;
   char* slots = memory + sizeof(ChunkBlock);
-  ChunkBlock* block =
-      new (memory) ChunkBlock{fillPattern, this, nullptr, lastBlock, slots, 0, nextIndex++};
-  for (size_t i = 0; i < count; ++i) {
-    char* at = slots + i * slotBytes;
-    void* next = i + 1 < count ? at + slotBytes : nullptr;
-    new (at) FreeSlot{block, static_cast<FreeSlot*>(next)};
-  }
+  auto* block =
+      new (memory) ChunkBlock{fillPattern, this, nullptr, lastBlock, nullptr, 0, nextIndex++};
+  for (size_t i = count; i-- > 0;)
+    block->freeList = new (slots + i * slotBytes) ChunkSlot{block, block->freeList};
   if (lastBlock)
     lastBlock->next = block;
   else
@@ -59,29 +50,13 @@ bool ChunkAlloc::CreateChunk() {
   return true;
 }
 
-void* ChunkAlloc::Alloc() {
-  if (freeBlock && !freeBlock->freeList) {
+void* ChunkAlloc::AllocElsewhere() {
+  if (freeBlock) {
     freeBlock = firstBlock;
     while (freeBlock && !freeBlock->freeList) freeBlock = freeBlock->next;
   }
   if (!freeBlock && !CreateChunk()) return nullptr;
-  FreeSlot* slot = static_cast<FreeSlot*>(freeBlock->freeList);
-  freeBlock->freeList = slot->next;
-  ++freeBlock->used;
-  return &slot->next;
-}
-
-void ChunkAlloc::Free(void* item) {
-  FreeSlot* slot = reinterpret_cast<FreeSlot*>(static_cast<char*>(item) - kBackBytes);
-  ChunkBlock* block = slot->block;
-  slot->next = static_cast<FreeSlot*>(block->freeList);
-  block->freeList = slot;
-  --block->used;
-  if (block->used == 0 && !keepEmpties) {
-    FreeChunk(block);
-    return;
-  }
-  if (!freeBlock || block->index < freeBlock->index) freeBlock = block;
+  return Alloc();
 }
 
 void ChunkAlloc::FreeChunk(ChunkBlock* block) {

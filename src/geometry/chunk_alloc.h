@@ -13,14 +13,26 @@ namespace vexel {
 
 struct ChunkAlloc;
 
+struct ChunkBlock;
+
+// The words of a free slot; of one in use, the item begins at `next`.
+struct ChunkSlot {
+  ChunkBlock* block;
+  ChunkSlot* next;
+
+  static ChunkSlot* Of(void* item) {
+    return reinterpret_cast<ChunkSlot*>(static_cast<char*>(item) - sizeof(ChunkBlock*));
+  }
+};
+
 struct ChunkBlock {
   uint32_t fillPattern;  // the owner's mark, which nothing reads but a memory dump
   ChunkAlloc* owner;
   ChunkBlock* next;
   ChunkBlock* prev;
-  void* freeList;  // first free slot
-  uint16_t used;   // items handed out
-  uint32_t index;  // number of creation
+  ChunkSlot* freeList;  // first free slot
+  uint16_t used;        // items handed out
+  uint32_t index;       // number of creation
 };
 
 struct ChunkAlloc {
@@ -34,15 +46,34 @@ struct ChunkAlloc {
   ChunkAlloc& operator=(const ChunkAlloc&) = delete;
 
   // An item, its memory not cleared; null if there is no memory.
-  [[nodiscard]] void* Alloc();
+  [[nodiscard]] void* Alloc() {
+    if (!freeBlock || !freeBlock->freeList) return AllocElsewhere();
+    ChunkSlot* slot = freeBlock->freeList;
+    freeBlock->freeList = slot->next;
+    ++freeBlock->used;
+    return &slot->next;
+  }
   // Takes back an item of this allocator, which must not be free already.
-  void Free(void* item);
+  void Free(void* item) {
+    ChunkSlot* slot = ChunkSlot::Of(item);
+    ChunkBlock* block = slot->block;
+    slot->next = block->freeList;
+    block->freeList = slot;
+    --block->used;
+    if (block->used == 0 && !keepEmpties)
+      FreeChunk(block);
+    else if (!freeBlock || block->index < freeBlock->index)
+      freeBlock = block;
+  }
   // Gives back all blocks without items.
   void FreeEmpties();
 
   // Appends a new block and makes it freeBlock; false if there is no memory.
   bool CreateChunk();
   void FreeChunk(ChunkBlock* block);
+
+  // Alloc when freeBlock has no room: the oldest block that has, or a new one.
+  void* AllocElsewhere();
 
   int32_t itemSize;       // bytes of a slot: item, back pointer, rounded up to 8
   int32_t itemsPerBlock;  // at least 1

@@ -26,29 +26,50 @@ void MakeVertLine(CURVE* c, SCOORD x) {
   c->isLine = true;
 }
 
-static int16_t Narrow(SCOORD v) {
-  return static_cast<int16_t>(v < INT16_MIN ? INT16_MIN : v > INT16_MAX ? INT16_MAX : v);
+// 0 in the upper 16 bits for a coordinate that fits 16.
+static uint32_t Excess(SCOORD v) {
+  return static_cast<uint32_t>(WrapAdd(v, 0x8000));
 }
-static REdgePoint Narrow(const SPOINT& p) {
-  return {Narrow(p.x), Narrow(p.y)};
+static bool Fits16Bits(const CURVE& c) {
+  return (Excess(c.anchor1.x) | Excess(c.anchor1.y) | Excess(c.control.x) | Excess(c.control.y) |
+          Excess(c.anchor2.x) | Excess(c.anchor2.y)) < 0x10000;
+}
+static SCOORD Held(SCOORD v) {
+  return v < INT16_MIN ? INT16_MIN : v > INT16_MAX ? INT16_MAX : v;
+}
+static SPOINT Held(const SPOINT& p) {
+  return {Held(p.x), Held(p.y)};
 }
 
-void StoreEdge(const CURVE* c, int8_t dir, const EdgeTarget& target) {
-  const REdgePoint top = Narrow(c->anchor1);
-  const REdgePoint bottom = Narrow(c->anchor2);
-  if (bottom.y <= top.y) return;
+static REdgePoint Narrow(const SPOINT& p) {
+  return {static_cast<int16_t>(p.x), static_cast<int16_t>(p.y)};
+}
+
+// A curve that fits 16 bits and runs downward, its flatness given.
+static inline void Store(const CURVE& c, bool isLine, int8_t dir, const EdgeTarget& target) {
   REdge* edge = target.display->NewEdge();
   if (!edge) return;
-  edge->anchor1 = top;
-  edge->control = Narrow(c->control);
-  edge->anchor2 = bottom;
-  edge->isLine = CurveFlatness(c) <= kLineFlatness;
+  edge->anchor1 = Narrow(c.anchor1);
+  edge->control = Narrow(c.control);
+  edge->anchor2 = Narrow(c.anchor2);
+  edge->isLine = isLine;
   edge->dir = dir;
   edge->fillRule = target.fillRule;
   edge->color1 = target.color1;
   edge->color2 = target.color2;
   edge->next = *target.list;
   *target.list = edge;
+}
+
+void StoreEdge(const CURVE* c, int8_t dir, const EdgeTarget& target) {
+  // Flatness is that of the true points.
+  const bool isLine = CurveFlatness(c) <= kLineFlatness;
+  if (Fits16Bits(*c)) {
+    Store(*c, isLine, dir, target);
+    return;
+  }
+  const CURVE held = {Held(c->anchor1), Held(c->control), Held(c->anchor2), c->isLine};
+  if (held.anchor1.y < held.anchor2.y) Store(held, isLine, dir, target);
 }
 
 // Whether no part of the curve can leave an edge, which saves dividing it:
