@@ -146,7 +146,7 @@ std::vector<fs::path> Pictures() {
 
 [[maybe_unused]] const int kRegistered = [] {
   for (const fs::path& path : Pictures()) {
-    const std::string name = path.stem().string();
+    const std::string name = path.filename().string();
     benchmark::RegisterBenchmark(("WholeFrames/" + name).c_str(), [path](benchmark::State& state) {
       WholeFrames(state, path, 1280, 720);
     })->Unit(benchmark::kMillisecond);
