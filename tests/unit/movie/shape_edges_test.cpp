@@ -1,7 +1,9 @@
 // Edge records.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
+#include <vector>
 
 #include "author/writer.h"
 #include "movie/shape_parser.h"
