@@ -10,7 +10,9 @@ namespace {
 
 TickClock g_clock = nullptr;
 
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+char LowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 }  // namespace
 
@@ -27,7 +29,9 @@ char* CreateStr(const char* text) {
   return text ? CreateStr(text, static_cast<int32_t>(strlen(text))) : nullptr;
 }
 
-void FreeStr(char* text) { free(text); }
+void FreeStr(char* text) {
+  free(text);
+}
 
 bool StrEqual(const char* a, const char* b) {
   if (!a || !b) return false;
@@ -49,8 +53,12 @@ int32_t ToInt(const char* text) {
   return static_cast<int32_t>(value);
 }
 
-void SetTickClock(TickClock clock) { g_clock = clock; }
+void SetTickClock(TickClock clock) {
+  g_clock = clock;
+}
 
-uint32_t GetTime() { return g_clock ? g_clock() : 0; }
+uint32_t GetTime() {
+  return g_clock ? g_clock() : 0;
+}
 
 }  // namespace vexel
