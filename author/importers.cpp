@@ -6,6 +6,7 @@
 #include <cstring>
 #include <exception>
 #include <memory>
+#include <new>
 
 #include "author/import_pixels.h"
 #include "author/scene.h"
@@ -17,23 +18,20 @@ namespace {
 
 constexpr size_t kMaxFile = size_t{256} << 20;
 
-void ImportSvg(const uint8_t* data, size_t size, ImportResult* result) {
+void ReadSvg(const uint8_t* data, size_t size, Scene* scene, ImportResult* result) {
   std::unique_ptr<SvgDocument> document = SvgDocument::Parse(data, size, &result->error);
   if (!document) return;
-  Scene scene;
   SvgBuilder builder(*document);
-  builder.Build(&scene);
+  builder.Build(scene);
   result->warnings = builder.warnings();
-  result->movie = WriteSceneMovie(scene);
 }
 
-void ImportPng(const uint8_t* data, size_t size, ImportResult* result) {
+void ReadPng(const uint8_t* data, size_t size, Scene* scene, ImportResult* result) {
   SceneBitmap bitmap;
-  if (DecodePng(data, size, &bitmap, &result->error))
-    result->movie = WriteSceneMovie(PictureScene(std::move(bitmap)));
+  if (DecodePng(data, size, &bitmap, &result->error)) *scene = PictureScene(std::move(bitmap));
 }
 
-void ImportJpeg(const uint8_t* data, size_t size, ImportResult* result) {
+void ReadJpeg(const uint8_t* data, size_t size, Scene* scene, ImportResult* result) {
   JpegFacts facts;
   if (!ReadJpegFacts(data, size, &facts, &result->error)) return;
   if (facts.channels > 3) {
@@ -45,7 +43,7 @@ void ImportJpeg(const uint8_t* data, size_t size, ImportResult* result) {
   bitmap.height = facts.height;
   bitmap.opaque = true;
   bitmap.jpeg.assign(data, data + size);
-  result->movie = WriteSceneMovie(PictureScene(std::move(bitmap)));
+  *scene = PictureScene(std::move(bitmap));
 }
 
 }  // namespace
@@ -60,52 +58,66 @@ ArtKind ArtKindOfName(const std::string& name) {
   return ArtKind::kUnknown;
 }
 
-ImportResult ImportArt(ArtKind kind, const uint8_t* data, size_t size) {
+ImportResult ImportScene(ArtKind kind, const uint8_t* data, size_t size, Scene* scene) {
   ImportResult result;
-  // The writer throws for what no field of a movie can hold; allocation may fail.
   try {
     switch (kind) {
       case ArtKind::kSvg:
-        ImportSvg(data, size, &result);
+        ReadSvg(data, size, scene, &result);
         break;
       case ArtKind::kPng:
-        ImportPng(data, size, &result);
+        ReadPng(data, size, scene, &result);
         break;
       case ArtKind::kJpeg:
-        ImportJpeg(data, size, &result);
+        ReadJpeg(data, size, scene, &result);
         break;
       case ArtKind::kUnknown:
         result.error = "not a kind of picture that can be imported (.svg, .png, .jpg)";
         break;
     }
   } catch (const std::bad_alloc&) {
-    result.movie.clear();
     result.error = "out of memory";
-  } catch (const std::exception& e) {
-    result.movie.clear();
-    result.error = std::string("cannot be written as a movie: ") + e.what();
   }
   result.ok = result.error.empty();
   return result;
 }
 
-ImportResult ImportArtFile(const std::string& path) {
-  ImportResult result;
+ImportResult ImportArt(ArtKind kind, const uint8_t* data, size_t size) {
+  Scene scene;
+  ImportResult result = ImportScene(kind, data, size, &scene);
+  if (!result.ok) return result;
+  try {
+    result.movie = WriteSceneMovie(scene);
+  } catch (const std::exception& e) {
+    // The writer throws for what no field of a movie can hold.
+    result.ok = false;
+    result.error = std::string("cannot be written as a movie: ") + e.what();
+  }
+  return result;
+}
+
+bool ReadArtFile(const std::string& path, std::vector<uint8_t>* bytes, std::string* error) {
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
   if (!file) {
-    result.error = std::strerror(errno);
-    return result;
+    *error = std::strerror(errno);
+    return false;
   }
-  std::vector<uint8_t> bytes;
+  bytes->clear();
   uint8_t piece[65536];
   size_t got;
-  while ((got = std::fread(piece, 1, sizeof piece, file.get())) > 0 && bytes.size() <= kMaxFile)
-    bytes.insert(bytes.end(), piece, piece + got);
+  while ((got = std::fread(piece, 1, sizeof piece, file.get())) > 0 && bytes->size() <= kMaxFile)
+    bytes->insert(bytes->end(), piece, piece + got);
   if (std::ferror(file.get()))
-    result.error = std::strerror(errno);
-  else if (bytes.size() > kMaxFile)
-    result.error = "too large";
-  if (!result.error.empty()) return result;
+    *error = std::strerror(errno);
+  else if (bytes->size() > kMaxFile)
+    *error = "too large";
+  return error->empty();
+}
+
+ImportResult ImportArtFile(const std::string& path) {
+  ImportResult result;
+  std::vector<uint8_t> bytes;
+  if (!ReadArtFile(path, &bytes, &result.error)) return result;
   return ImportArt(ArtKindOfName(path), bytes.data(), bytes.size());
 }
 

@@ -28,6 +28,8 @@ struct ImportResult {
   std::vector<ImportWarning> warnings;  // in the order first met, each `what` once
 };
 
+struct Scene;  // author/scene.h
+
 enum class ArtKind { kUnknown, kSvg, kPng, kJpeg };
 
 // The kind that a file name's ending tells: .svg, .png, .jpg or .jpeg, in any case.
@@ -37,6 +39,12 @@ ArtKind ArtKindOfName(const std::string& name);
 // the network, whatever the picture refers to. Bounded in time and memory: a picture
 // that asks for too much is refused or imported in part, with a warning.
 ImportResult ImportArt(ArtKind kind, const uint8_t* data, size_t size);
+
+// The same up to the scene that the movie is written from. `movie` stays empty.
+ImportResult ImportScene(ArtKind kind, const uint8_t* data, size_t size, Scene* scene);
+
+// Reads a whole file; false with a cause in `error`.
+bool ReadArtFile(const std::string& path, std::vector<uint8_t>* bytes, std::string* error);
 
 // Reads the file and imports it by the ending of its name.
 ImportResult ImportArtFile(const std::string& path);

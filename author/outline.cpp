@@ -233,9 +233,9 @@ VectorPath FitCurves(const Polygons& region, double tolerance) {
 
 bool ResolveWinding(const VectorPath& path, Winding rule, double tolerance, WorkBudget* budget,
                     VectorPath* out) {
-  *out = CubicsToQuads(path, tolerance);
-  if (rule == Winding::kEvenOdd) return true;
   Polygons raw = FlattenFill(path, tolerance), winding, toggling;
+  *out = raw.empty() ? VectorPath() : CubicsToQuads(path, tolerance);
+  if (raw.empty() || rule == Winding::kEvenOdd) return true;
   if (!UnionPolygons(raw, Winding::kNonZero, tolerance, budget, &winding) ||
       !UnionPolygons(raw, Winding::kEvenOdd, tolerance, budget, &toggling))
     return false;

@@ -71,7 +71,8 @@ double SignedArea(const Polygons& region);
 VectorPath FitCurves(const Polygons& region, double tolerance);
 
 // A path of quadratics that means under even-odd what `path` means under `rule`.
-// Keeps the path's own curves when the rules agree on it, which is the usual case.
+// Keeps the path's own curves when the rules agree on it, which is the usual case; a
+// path without area becomes empty.
 // False when the budget cannot pay; `out` is then the path as it came.
 bool ResolveWinding(const VectorPath& path, Winding rule, double tolerance, WorkBudget* budget,
                     VectorPath* out);

@@ -76,7 +76,10 @@ bool Combine(ClipperLib::ClipType type, const Polygons& a, ClipperLib::PolyFillT
   if (!ToGrid(a, unit, &subject) || (b && !ToGrid(*b, unit, &other))) return false;
   try {
     Clipper clipper;
-    clipper.AddPaths(subject, ptSubject, true);
+    if (!clipper.AddPaths(subject, ptSubject, true)) {
+      out->clear();  // nothing that is more than a line on the grid
+      return true;
+    }
     if (b) clipper.AddPaths(other, ptClip, true);
     if (!clipper.Execute(type, result, rule, pftEvenOdd)) return false;
   } catch (const clipperException&) {

@@ -29,33 +29,43 @@ cairo_matrix_t ToCairo(const Affine& m) {
   return {m.a, m.b, m.c, m.d, m.e, m.f};
 }
 
-void AddPath(cairo_t* cairo, const VectorPath& path) {
-  cairo_new_path(cairo);
+std::vector<cairo_path_data_t> PathOf(const VectorPath& path) {
+  std::vector<cairo_path_data_t> data;
+  auto add = [&](cairo_path_data_type_t type, std::initializer_list<Vec2> points) {
+    cairo_path_data_t d;
+    d.header.type = type;
+    d.header.length = static_cast<int>(points.size()) + 1;
+    data.push_back(d);
+    for (Vec2 p : points) {
+      d.point.x = p.x;
+      d.point.y = p.y;
+      data.push_back(d);
+    }
+  };
   Vec2 pen, start;
   for (const PathCommand& c : path.commands) {
     switch (c.op) {
       case PathOp::kMove:
-        cairo_move_to(cairo, c.p.x, c.p.y);
+        add(CAIRO_PATH_MOVE_TO, {c.p});
         start = c.p;
         break;
       case PathOp::kLine:
-        cairo_line_to(cairo, c.p.x, c.p.y);
+        add(CAIRO_PATH_LINE_TO, {c.p});
         break;
-      case PathOp::kQuad: {
-        Vec2 c1 = Mix(pen, c.c1, 2.0 / 3), c2 = Mix(c.p, c.c1, 2.0 / 3);
-        cairo_curve_to(cairo, c1.x, c1.y, c2.x, c2.y, c.p.x, c.p.y);
+      case PathOp::kQuad:
+        add(CAIRO_PATH_CURVE_TO, {Mix(pen, c.c1, 2.0 / 3), Mix(c.p, c.c1, 2.0 / 3), c.p});
         break;
-      }
       case PathOp::kCubic:
-        cairo_curve_to(cairo, c.c1.x, c.c1.y, c.c2.x, c.c2.y, c.p.x, c.p.y);
+        add(CAIRO_PATH_CURVE_TO, {c.c1, c.c2, c.p});
         break;
       case PathOp::kClose:
-        cairo_close_path(cairo);
+        add(CAIRO_PATH_CLOSE_PATH, {});
         pen = start;
         continue;
     }
     pen = c.p;
   }
+  return data;
 }
 
 // A surface that owns a copy of the pixels.
@@ -169,35 +179,57 @@ std::vector<float> BellOf(double sigma) {
 
 }  // namespace
 
-void DrawItems(_cairo* cairo, const std::vector<SceneItem>& items,
-               const std::vector<SceneBitmap>& bitmaps) {
+struct CairoScene::Step {
+  SceneOp op;
+  std::vector<cairo_path_data_t> path;
+  Pattern pattern;
+  double width;  // of a stroke
+  double alpha;  // over the pattern
+};
+
+CairoScene::~CairoScene() = default;
+
+CairoScene::CairoScene(const std::vector<SceneItem>& items,
+                       const std::vector<SceneBitmap>& bitmaps) {
+  for (const SceneItem& item : items) {
+    Step step{item.op, PathOf(item.path), nullptr, item.width, 1};
+    if (item.op == SceneOp::kFill || item.op == SceneOp::kStroke) {
+      step.pattern = PatternOf(item.paint, bitmaps);
+      if (!step.pattern) continue;
+      if (item.paint.kind == PaintKind::kBitmap) step.alpha = item.paint.alpha;
+    }
+    steps_.push_back(std::move(step));
+  }
+}
+
+void CairoScene::Draw(cairo_t* cairo) const {
   cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_EVEN_ODD);
   cairo_set_line_cap(cairo, CAIRO_LINE_CAP_ROUND);
   cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
   int clips = 0;
-  for (const SceneItem& item : items) {
-    if (item.op == SceneOp::kEndClip) {
+  for (const Step& step : steps_) {
+    if (step.op == SceneOp::kEndClip) {
       if (clips-- > 0) cairo_restore(cairo);
       continue;
     }
-    if (item.op == SceneOp::kBeginClip) {
+    cairo_path_t path{CAIRO_STATUS_SUCCESS, const_cast<cairo_path_data_t*>(step.path.data()),
+                      static_cast<int>(step.path.size())};
+    cairo_new_path(cairo);
+    cairo_append_path(cairo, &path);
+    if (step.op == SceneOp::kBeginClip) {
       cairo_save(cairo);
       clips++;
-      AddPath(cairo, item.path);
       cairo_clip(cairo);
       continue;
     }
-    Pattern pattern = PatternOf(item.paint, bitmaps);
-    if (!pattern) continue;
-    cairo_set_source(cairo, pattern.get());
-    AddPath(cairo, item.path);
-    if (item.op == SceneOp::kStroke) {
-      cairo_set_line_width(cairo, item.width);
+    cairo_set_source(cairo, step.pattern.get());
+    if (step.op == SceneOp::kStroke) {
+      cairo_set_line_width(cairo, step.width);
       cairo_stroke(cairo);
-    } else if (item.paint.kind == PaintKind::kBitmap && item.paint.alpha < 1) {
+    } else if (step.alpha < 1) {
       cairo_save(cairo);
       cairo_clip(cairo);
-      cairo_paint_with_alpha(cairo, item.paint.alpha);
+      cairo_paint_with_alpha(cairo, step.alpha);
       cairo_restore(cairo);
     } else {
       cairo_fill(cairo);
@@ -219,7 +251,7 @@ SceneBitmap RasterizeItems(const std::vector<SceneItem>& items,
   Context cairo(cairo_create(surface.get()));
   cairo_scale(cairo.get(), density, density);
   cairo_translate(cairo.get(), -region.xmin, -region.ymin);
-  DrawItems(cairo.get(), items, bitmaps);
+  CairoScene(items, bitmaps).Draw(cairo.get());
   cairo_surface_flush(surface.get());
   if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS) return out;
   const unsigned char* rows = cairo_image_surface_get_data(surface.get());

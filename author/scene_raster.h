@@ -8,9 +8,21 @@ struct _cairo;
 
 namespace vexel::author {
 
-// Draws items of a scene; the context's matrix maps frame pixels to the target.
-void DrawItems(_cairo* cairo, const std::vector<SceneItem>& items,
-               const std::vector<SceneBitmap>& bitmaps);
+// Items of a scene in cairo's own terms, made once and drawn any number of times.
+class CairoScene {
+ public:
+  CairoScene(const std::vector<SceneItem>& items, const std::vector<SceneBitmap>& bitmaps);
+  ~CairoScene();
+  CairoScene(const CairoScene&) = delete;
+  CairoScene& operator=(const CairoScene&) = delete;
+
+  // The context's matrix maps frame pixels to the target.
+  void Draw(_cairo* cairo) const;
+
+ private:
+  struct Step;
+  std::vector<Step> steps_;
+};
 
 // Draws the part of the frame in `region` at `density` pixels to the frame pixel.
 // The pixels are premultiplied; empty if there is no memory or nothing to draw.

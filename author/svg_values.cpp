@@ -225,7 +225,7 @@ bool ParseColorFunction(std::string_view name, std::string_view args, SvgColor* 
   double alpha = std::clamp(percent[3] ? v[3] / 100 : v[3], 0.0, 1.0);
   if (name == "rgb" || name == "rgba") {
     for (int i = 0; i < 3; i++)
-      if (percent[i]) v[i] *= 2.55;
+      if (percent[i]) v[i] = v[i] * 255 / 100;
     *out = {Channel(v[0]), Channel(v[1]), Channel(v[2]), alpha};
     return true;
   }
@@ -280,6 +280,10 @@ bool ParseColor(std::string_view text, SvgColor* out) {
   text = Trim(text);
   if (EqualsIgnoringCase(text, "transparent")) {
     *out = {0, 0, 0, 0};
+    return true;
+  }
+  if (EqualsIgnoringCase(text, "rebeccapurple")) {  // younger than the library's list
+    *out = {102, 51, 153, 1};
     return true;
   }
   if (text.size() > 1 && text[0] == '#' && (text.size() == 5 || text.size() == 9))

@@ -58,8 +58,8 @@ TEST(ImportOutline, QuadraticsStayWithinTheToleranceOfCubics) {
       // Pieces split the parameter evenly, so places correspond.
       for (double s = 0; s <= 1; s += 0.25) {
         double t = (double(i) - 1 + s) / double(n), u = 1 - t, r = 1 - s;
-        Vec2 cubic = u * u * u * p[0] + 3 * u * u * t * p[1] + 3 * u * t * t * p[2] +
-                     t * t * t * p[3];
+        Vec2 cubic =
+            u * u * u * p[0] + 3 * u * u * t * p[1] + 3 * u * t * t * p[2] + t * t * t * p[3];
         Vec2 quad = r * r * pen + 2 * r * s * c.c1 + s * s * c.p;
         ASSERT_LT(Length(cubic - quad), kTolerance * 1.01) << "round " << round;
       }
@@ -206,8 +206,8 @@ TEST(ImportOutline, WorkIsBounded) {
 TEST(ImportOutline, CoordinatesOffTheGridAreRefused) {
   WorkBudget budget;
   Polygons out;
-  EXPECT_FALSE(UnionPolygons({{{0, 0}, {1e15, 0}, {0, NAN}}}, Winding::kNonZero, kTolerance,
-                             &budget, &out));
+  EXPECT_FALSE(
+      UnionPolygons({{{0, 0}, {1e15, 0}, {0, NAN}}}, Winding::kNonZero, kTolerance, &budget, &out));
 }
 
 }  // namespace
