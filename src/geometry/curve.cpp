@@ -143,21 +143,27 @@ void CurveReverse(const CURVE* c, CURVE* out) {
   out->isLine = c->isLine;
 }
 
-void CurveAdjust(const CURVE* c, const SPOINT* p1, const SPOINT* p2, CURVE* out) {
-  const SCOORD length = PointDistance(&c->anchor1, &c->anchor2);
-  const SFIXED scale = length >= 1 ? FixedDiv(PointDistance(p1, p2), length) : kFixedOne;
-  SPOINT arm1 = c->control - c->anchor1;
-  SPOINT arm2 = c->control - c->anchor2;
-  SPOINT control;
-  // The longer arm keeps its direction.
-  if (PointFastLength(&arm1) <= PointFastLength(&arm2)) {
-    PointScale(&arm2, scale, &arm2);
-    control = *p2 + arm2;
-  } else {
-    PointScale(&arm1, scale, &arm1);
-    control = *p1 + arm1;
-  }
+void CurveGetShape(const CURVE* c, CURVE_SHAPE* shape) {
+  const SPOINT arm1 = c->control - c->anchor1;
+  const SPOINT arm2 = c->control - c->anchor2;
+  shape->chord = PointDistance(&c->anchor1, &c->anchor2);
+  shape->fromAnchor1 = PointFastLength(&arm1) > PointFastLength(&arm2);
+  shape->arm = shape->fromAnchor1 ? arm1 : arm2;
+}
+
+void CurveAdjust(const CURVE_SHAPE* shape, const SPOINT* p1, const SPOINT* p2, CURVE* out) {
+  const SFIXED scale =
+      shape->chord >= 1 ? FixedDiv(PointDistance(p1, p2), shape->chord) : kFixedOne;
+  SPOINT arm;
+  PointScale(&shape->arm, scale, &arm);
+  const SPOINT control = (shape->fromAnchor1 ? *p1 : *p2) + arm;
   CurveSet(p1, &control, p2, out);
+}
+
+void CurveAdjust(const CURVE* c, const SPOINT* p1, const SPOINT* p2, CURVE* out) {
+  CURVE_SHAPE shape;
+  CurveGetShape(c, &shape);
+  CurveAdjust(&shape, p1, p2, out);
 }
 
 }  // namespace vexel

@@ -112,8 +112,18 @@ constexpr void CurveTransform(const CURVE* c, const MATRIX* m, CURVE* out) {
   out->isLine = c->isLine;
 }
 void CurveReverse(const CURVE* c, CURVE* out);
-// Fits c onto new anchors while keeping its shape.
+
+// What CurveAdjust keeps of a curve: the longer arm of its control point.
+struct CURVE_SHAPE {
+  SCOORD chord;      // distance of the anchors
+  SPOINT arm;        // from an anchor to the control point
+  bool fromAnchor1;  // which
+};
+void CurveGetShape(const CURVE* c, CURVE_SHAPE* shape);
+// Fits a curve onto new anchors while keeping its shape; the second form takes
+// the shape, for the two sides of a line.
 void CurveAdjust(const CURVE* c, const SPOINT* p1, const SPOINT* p2, CURVE* out);
+void CurveAdjust(const CURVE_SHAPE* shape, const SPOINT* p1, const SPOINT* p2, CURVE* out);
 
 // Prepares a walk of so many steps (0 counts as 1); then each CurveStep moves
 // the stepper on, until it returns false.

@@ -186,6 +186,7 @@ void SStroker::StrokeThinCurve(const CURVE* c, int32_t level) {
 }
 
 void SStroker::AddEdge(const SPOINT* a, const SPOINT* b) {
+  if (a->y == b->y) return;
   CURVE c;
   CurveSetLine(a, b, &c);
   AddCurve(&c);

@@ -40,11 +40,13 @@ void SStroker::StrokeThickCurve(const CURVE* c) {
     AddEdge(&l2, &l1);
     AddEdge(&r1, &r2);
   } else {
+    CURVE_SHAPE shape;
+    CurveGetShape(c, &shape);
     CURVE side;
-    CurveAdjust(c, &l1, &l2, &side);
+    CurveAdjust(&shape, &l1, &l2, &side);
     CurveReverse(&side, &side);
     AddCurve(&side);
-    CurveAdjust(c, &r1, &r2, &side);
+    CurveAdjust(&shape, &r1, &r2, &side);
     AddCurve(&side);
   }
   if (started) {
