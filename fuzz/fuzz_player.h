@@ -24,6 +24,15 @@ class FuzzPlayer : public SPlayer {
   bool StartTimer() override { return true; }
   void StopTimer() override {}
   void ClientRect(SRECT* out) override { *out = {0, kViewWidth, 0, kViewHeight}; }
+  void XSetCapture() override {}
+  void XReleaseCapture() override {}
+  void GetURL(const char*, const char*, const char*, int32_t) override {}
+  void ShowStatus(const char*) override {}
+  void UpdateCursor(int32_t) override {}
+  void CloseStream(ScriptPlayer*) override {}
+  void XStopPlay() override {}
+  void XPlay() override {}
+  void XSeek(int32_t) override {}
 };
 
 }  // namespace vexel::fuzz

@@ -51,6 +51,16 @@ class HeadlessPlayer : public SPlayer {
   bool StartTimer() override { return true; }
   void StopTimer() override {}
   void ClientRect(SRECT* out) override { *out = client_; }
+  // There is no pointer, no browser and no host's clock here.
+  void XSetCapture() override {}
+  void XReleaseCapture() override {}
+  void GetURL(const char*, const char*, const char*, int32_t) override {}
+  void ShowStatus(const char*) override {}
+  void UpdateCursor(int32_t) override {}
+  void CloseStream(ScriptPlayer*) override {}
+  void XStopPlay() override {}
+  void XPlay() override {}
+  void XSeek(int32_t) override {}
 
  private:
   void NotePaint();

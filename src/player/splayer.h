@@ -53,6 +53,22 @@ class SPlayer : public ScriptPlayer {
   virtual void StopTimer() = 0;
   // The display area in pixels, with its origin at 0, 0.
   virtual void ClientRect(SRECT* out) = 0;
+  // Route all pointer events here, from a press on something that takes the
+  // pointer until its release.
+  virtual void XSetCapture() = 0;
+  virtual void XReleaseCapture() = 0;
+  // Go to `url` in the window `target`; `postData` is null for none. The texts
+  // are valid only during the call.
+  virtual void GetURL(const char* url, const char* target, const char* postData, int32_t flags) = 0;
+  virtual void ShowStatus(const char* text) = 0;
+  // Choose the pointer's shape from the state of the stage.
+  virtual void UpdateCursor(int32_t cursor) = 0;
+  // Stop the stream that feeds `movie`.
+  virtual void CloseStream(ScriptPlayer* movie) = 0;
+  // The host's clock: stop it, start it, move it to a frame.
+  virtual void XStopPlay() = 0;
+  virtual void XPlay() = 0;
+  virtual void XSeek(int32_t frame) = 0;
 
   // --- Layers (layers.cpp) ---
 

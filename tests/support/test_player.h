@@ -42,6 +42,15 @@ class TestPlayer : public SPlayer {
   }
   void StopTimer() override { calls += "StopTimer "; }
   void ClientRect(SRECT* out) override { *out = client; }
+  void XSetCapture() override { calls += "XSetCapture "; }
+  void XReleaseCapture() override { calls += "XReleaseCapture "; }
+  void GetURL(const char*, const char*, const char*, int32_t) override { calls += "GetURL "; }
+  void ShowStatus(const char*) override { calls += "ShowStatus "; }
+  void UpdateCursor(int32_t) override { calls += "UpdateCursor "; }
+  void CloseStream(ScriptPlayer*) override { calls += "CloseStream "; }
+  void XStopPlay() override { calls += "XStopPlay "; }
+  void XPlay() override { calls += "XPlay "; }
+  void XSeek(int32_t) override { calls += "XSeek "; }
 
   // The whole movie at once, as a feeder does it.
   void Push(std::span<const uint8_t> movie) {
