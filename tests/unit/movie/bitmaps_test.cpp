@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+
+#include <jpeglib.h>
 
 #include "author/writer.h"
 #include "movie/budget.h"
@@ -371,6 +375,57 @@ TEST_F(JpegBitmaps, FatalDamageKeepsTheSharedTables) {
   player.BuildBits(player.FindCharacter(2));
   EXPECT_EQ(player.FindCharacter(1)->bits.baseAddr, nullptr);
   EXPECT_NE(player.FindCharacter(2)->bits.baseAddr, nullptr);
+}
+
+// Streams that the movie writer has no use for. `components` of 8 x 8 samples;
+// `scans` above 0 makes it progressive and repeats its one scan so often.
+Bytes OddJpeg(int components, J_COLOR_SPACE space, int scans = 0) {
+  jpeg_compress_struct cinfo;
+  jpeg_error_mgr errors;
+  cinfo.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&cinfo);
+  unsigned char* memory = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&cinfo, &memory, &size);
+  cinfo.image_width = 8;
+  cinfo.image_height = 8;
+  cinfo.input_components = components;
+  cinfo.in_color_space = space;
+  jpeg_set_defaults(&cinfo);
+  const jpeg_scan_info dcOnly = {1, {0, 0, 0, 0}, 0, 0, 0, 0};
+  if (scans > 0) {
+    cinfo.scan_info = &dcOnly;
+    cinfo.num_scans = 1;
+  }
+  jpeg_start_compress(&cinfo, TRUE);
+  Bytes samples(static_cast<size_t>(8 * components), 100);
+  JSAMPROW row = samples.data();
+  for (int y = 0; y < 8; ++y) jpeg_write_scanlines(&cinfo, &row, 1);
+  jpeg_finish_compress(&cinfo);
+  jpeg_destroy_compress(&cinfo);
+  Bytes jpeg(memory, memory + size);
+  free(memory);
+  const Bytes marker = {0xFF, 0xDA};
+  const auto at = std::search(jpeg.begin(), jpeg.end(), marker.begin(), marker.end());
+  const Bytes scan(at, jpeg.end() - 2);
+  for (int i = 1; i < scans; ++i) jpeg.insert(jpeg.end() - 2, scan.begin(), scan.end());
+  return jpeg;
+}
+
+TEST_F(JpegBitmaps, FourComponentsHaveNoPixels) {
+  EXPECT_EQ(Build(21, OddJpeg(4, JCS_CMYK)).baseAddr, nullptr);
+}
+
+TEST_F(JpegBitmaps, TwoComponentsHaveNoPixels) {
+  EXPECT_EQ(Build(21, OddJpeg(2, JCS_UNKNOWN)).baseAddr, nullptr);
+}
+
+TEST_F(JpegBitmaps, ProgressiveOnesDecodeAndEndlessScansAreAbandoned) {
+  EXPECT_NE(Build(21, OddJpeg(1, JCS_GRAYSCALE, 1)).baseAddr, nullptr);
+  player.ClearScript();
+  EXPECT_NE(Build(21, OddJpeg(1, JCS_GRAYSCALE, 500)).baseAddr, nullptr);
+  player.ClearScript();
+  EXPECT_EQ(Build(21, OddJpeg(1, JCS_GRAYSCALE, 520)).baseAddr, nullptr);
 }
 
 TEST_F(JpegBitmaps, TooLargeSidesHaveNoPixels) {
