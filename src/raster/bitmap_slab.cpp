@@ -7,6 +7,8 @@
 #include "raster/blit.h"
 #include "raster/color_map.h"
 #include "raster/composite.h"
+#include "raster/pix32_ops.h"
+#include "raster/pixel_memory.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
 #include "raster/slabs.h"
@@ -164,6 +166,26 @@ void BuildBitmapSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
     RGBI* out = pixels + (x1 - start);
     c->bm.bltProc(c->bm.blt, pos, n, out);
     if (c->bm.colorMap != nullptr) ApplyColorMap(c->bm.colorMap, out, n);
+    walk.Advance(n);
+    x1 += n;
+  }
+}
+
+void BuildPix32BitmapSlab(RColor* c, int32_t x1, int32_t x2, uint8_t* at) {
+  const int32_t start = x1;
+  Position p = BitmapPosition(c, x1);
+  if (IsClipped(c)) {
+    DrawOutside(c, &x1, &x2, &p, [at, start](int32_t x, RGBI pixel) {
+      Store32(at + 4 * (x - start), PackPix32(pixel));
+    });
+  }
+  const BltInfo& blt = c->bm.blt;
+  Walk walk = StartWalk(c, p);
+  while (x1 < x2) {
+    const int32_t n = walk.Enter(x2 - x1);
+    const SPOINT pos = walk.Sample();
+    c->raster->ops32->sample(at + 4 * (x1 - start), n,
+                             {blt.baseAddr, blt.rowBytes, pos.x, pos.y, blt.dx, blt.dy});
     walk.Advance(n);
     x1 += n;
   }

@@ -2,6 +2,7 @@
 // the way of bitmaps without a colour transform, with no RGBI in between.
 #include "raster/blit.h"
 #include "raster/blit_loop.h"
+#include "raster/pix32_ops.h"
 #include "raster/pixel_format.h"
 
 namespace vexel {
@@ -83,7 +84,9 @@ void Blt16to32(BltInfo info, SPOINT& pos, int32_t count, void* dst) {
 
 void Blt32to32(BltInfo info, SPOINT& pos, int32_t count, void* dst) {
   if (BltUnitStep<Source32>(info, pos, count, dst)) return;
-  BltTo32<Source32>(info, pos, count, dst, [](uint32_t v) { return v; });
+  Pix32().sample(static_cast<uint8_t*>(dst), count,
+                 {info.baseAddr, info.rowBytes, pos.x, pos.y, info.dx, info.dy});
+  pos = {WrapAdd(pos.x, WrapMul(count, info.dx)), WrapAdd(pos.y, WrapMul(count, info.dy))};
 }
 
 }  // namespace vexel

@@ -1,5 +1,8 @@
 // Spans of several colours, or of one that lets the background through.
+#include <algorithm>
+
 #include "raster/composite.h"
+#include "raster/pix32_slab.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
 
@@ -35,6 +38,10 @@ int32_t FillLowest(CRaster* raster, int32_t x1, int32_t x2, RColor** colors, int
 }  // namespace
 
 void CRaster::CompositeSlab(int32_t x1, int32_t x2, RColor** colors, int32_t n) {
+  if (pixelFormat >= pix32 && std::all_of(colors, colors + n, HasPix32Slab)) {
+    CompositePix32Slab(this, x1, x2, colors, n);
+    return;
+  }
   // Zeroed for sources that draw nothing.
   RGBI buf[kSlabPixels] = {};
   while (x1 < x2) {

@@ -3,9 +3,11 @@
 // once at a span's start and steps from there.
 #include "geometry/matrix.h"
 #include "raster/composite.h"
+#include "raster/pix32_ops.h"
+#include "raster/pix32_radial.h"
+#include "raster/pix32_slab.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
-#include "raster/render_tables.h"
 #include "raster/slabs.h"
 
 namespace vexel {
@@ -27,6 +29,11 @@ SPOINT GradientPosition(const RColor* c, int32_t x) {
   return p;
 }
 
+// The index before the first pixel of a radial span.
+int32_t RadialStart(const SPOINT& pos) {
+  return ClampEntry(Asr(PointLength(&pos), kRadialShift));
+}
+
 }  // namespace
 
 void BuildLinearGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
@@ -46,28 +53,22 @@ void BuildRadialGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
   SPOINT pos = GradientPosition(c, x1);
   const int32_t stepX = Asr(c->grad.invGradMat.a, kPosBits);
   const int32_t stepY = Asr(c->grad.invGradMat.b, kPosBits);
-  // The radius hardly changes its slope from pixel to pixel, so the last change
-  // predicts it and the squares around the prediction correct it.
-  int32_t i = ClampEntry(Asr(PointLength(&pos), kRadialShift));
-  int32_t delta = 0;
+  RadialIndex index(RadialStart(pos));
   for (int32_t x = x1; x < x2; x++) {
-    const int64_t px = Asr(pos.x, kRadialShift);
-    const int64_t py = Asr(pos.y, kRadialShift);
-    const int64_t d = px * px + py * py;
-    const int32_t prev = i;
-    i = ClampEntry(i + delta);
-    for (;;) {
-      if (d < squareTable[i]) {
-        i--;
-      } else if (i > 255 || d <= squareTable[i + 1]) {
-        break;
-      } else {
-        i++;
-      }
-    }
-    delta = i - prev;
-    *pixels++ = UnpackPix32(ramp[i]);
+    *pixels++ = UnpackPix32(ramp[index.Next(Asr(pos.x, kRadialShift), Asr(pos.y, kRadialShift))]);
     pos = {WrapAdd(pos.x, stepX), WrapAdd(pos.y, stepY)};
+  }
+}
+
+void BuildPix32GradientSlab(RColor* c, int32_t x1, int32_t x2, uint8_t* at) {
+  const Pix32Ops& ops = *c->raster->ops32;
+  const SPOINT pos = GradientPosition(c, x1);
+  const int32_t stepX = Asr(c->grad.invGradMat.a, kPosBits);
+  const int32_t stepY = Asr(c->grad.invGradMat.b, kPosBits);
+  if (c->grad.fillStyle == kRadialFill) {
+    ops.radial(at, x2 - x1, c->grad.colorRamp, {pos.x, pos.y, stepX, stepY, RadialStart(pos)});
+  } else {
+    ops.linear(at, x2 - x1, c->grad.colorRamp, pos.x, stepX);
   }
 }
 
@@ -81,6 +82,13 @@ void BuildGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
 
 void DrawGradientSlab(RColor* c, int32_t x1, int32_t x2) {
   CRaster* raster = c->raster;
+  if (raster->pixelFormat >= pix32 && HasPix32Slab(c)) {
+    for (; x1 < x2; x1 += kSlabPixels) {
+      const int32_t end = x2 - x1 > kSlabPixels ? x1 + kSlabPixels : x2;
+      BuildPix32GradientSlab(c, x1, end, raster->rowAddr + int64_t{4} * (x1 + raster->xOffset));
+    }
+    return;
+  }
   RGBI buf[kSlabPixels] = {};
   while (x1 < x2) {
     const int32_t end = x2 - x1 > kSlabPixels ? x1 + kSlabPixels : x2;

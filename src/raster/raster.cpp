@@ -9,6 +9,7 @@
 #include "raster/active_edge.h"
 #include "raster/edge.h"
 #include "raster/format_table.h"
+#include "raster/pix32_ops.h"
 #include "raster/rcolor.h"
 #include "raster/render_tables.h"
 #include "raster/row_painter.h"
@@ -63,6 +64,7 @@ CRaster::CRaster()
       drawRGBSlab(DrawRGBSlab32),
       ditherRGBSlab(DitherRGBSlabOrdered),
       getBackground(GetBackgroundWhite),
+      ops32(&Pix32()),
       rowPainter_(nullptr) {
   if (!renderTablesBuilt) BuildRenderTables();
 }

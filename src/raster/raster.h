@@ -25,6 +25,7 @@ struct RColor;
 struct REdge;
 struct RRun;
 class RowPainter;
+struct Pix32Ops;
 
 // Pixels that drawing handles at a time: the size of its buffers on the stack.
 inline constexpr int32_t kSlabPixels = 256;
@@ -90,6 +91,7 @@ class CRaster {
   DrawRGBSlabProc drawRGBSlab;
   DitherProc ditherRGBSlab;
   GetBackgroundProc getBackground;
+  const Pix32Ops* ops32;  // the inner loops for this processor
 
   CRaster();
   ~CRaster();

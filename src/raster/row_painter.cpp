@@ -5,7 +5,7 @@
 
 #include "raster/composite.h"
 #include "raster/edge.h"
-#include "raster/pixel_fill.h"
+#include "raster/pix32_ops.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
 
@@ -221,12 +221,13 @@ void RowPainter::FillPixels(PackedRGBI c, bool opaque, int32_t x1, int32_t x2) {
     return;
   }
   uint8_t* at = r->rowAddr + int64_t{4} * (x1 + r->xOffset);
+  const uint32_t pixel = PackPix32(UnpackRGBI(c));
   if (opaque) {
-    FillPix32(at, x2 - x1, PackPix32(UnpackRGBI(c)));
+    r->ops32->fill(at, x2 - x1, pixel);
   } else if (r->useBackground) {
-    BlendPix32(at, x2 - x1, UnpackRGBI(c));
+    r->ops32->blendColor(at, x2 - x1, pixel);
   } else {
-    FillPix32(at, x2 - x1, PackPix32(UnpackRGBI(OverPacked(c, kWhiteBackground))));
+    r->ops32->fill(at, x2 - x1, PackPix32(UnpackRGBI(OverPacked(c, kWhiteBackground))));
   }
 }
 

@@ -9,20 +9,26 @@
 namespace vexel {
 namespace {
 
+// Whether no pixel of a bitmap of 32 bits, or of an opaque palette's 8, is see-
+// through. A pixel that names a colour behind the palette's last is clear.
+bool HasOnlyOpaquePixels(const SBitmapCore* b) {
+  for (int32_t y = 0; y < b->height; y++) {
+    const uint8_t* row = b->baseAddr + int64_t{y} * b->rowBytes;
+    for (int32_t x = 0; x < b->width; x++) {
+      if (b->bmFormat == bm8Bit ? row[x] >= b->cTab->n : row[4 * x + 3] != 255) return false;
+    }
+  }
+  return true;
+}
+
 bool IsOpaqueBitmap(RColor* c) {
   const SBitmapCore* b = c->bm.bitmap;
   const RColorMap* map = c->bm.colorMap;
   if (map != nullptr && map->alpha[255] != 255) return false;
   if (b->bmFormat == bm16Bit) return true;
-  if (b->bmFormat == bm8Bit) return !HasTransparent(b->cTab);
+  if (b->bmFormat == bm8Bit && HasTransparent(b->cTab)) return false;
   if (c->bm.opacity == opacityUnknown) {
-    c->bm.opacity = opacityFull;
-    for (int32_t y = 0; y < b->height && c->bm.opacity == opacityFull; y++) {
-      const uint8_t* alpha = b->baseAddr + int64_t{y} * b->rowBytes + 3;
-      uint32_t all = 255;
-      for (int32_t x = 0; x < b->width; x++) all &= alpha[4 * x];
-      if (all != 255) c->bm.opacity = opacityPartial;
-    }
+    c->bm.opacity = HasOnlyOpaquePixels(b) ? opacityFull : opacityPartial;
   }
   return c->bm.opacity == opacityFull;
 }

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "raster/composite.h"
+#include "raster/pix32_ops.h"
 #include "raster/pixel_format.h"
 #include "raster/pixel_memory.h"
 #include "raster/raster.h"
@@ -128,7 +128,6 @@ void RowSums::DrawPixel(CRaster* raster, int32_t x, PackedRGBI sum, bool broken)
 void RowSums::Draw(CRaster* raster) {
   const bool direct = raster->pixelFormat >= pix32;
   uint8_t* row = raster->rowAddr + int64_t{4} * raster->xOffset;
-  const PackedRGBI white = 0x000000FF00FF00FF;
   for (int32_t w = 0; w < nWords_; w++) {
     uint64_t bits = touched_[w];
     if (bits == 0) {
@@ -151,7 +150,7 @@ void RowSums::Draw(CRaster* raster) {
       uint8_t* at = row + int64_t{4} * x;
       PackedRGBI c = sum >> 4 & kChannelMask;
       if (c >> 48 != 255) {
-        c = Over(c, raster->useBackground ? Pix32ToPacked(Load32(at)) : white);
+        c = Over(c, raster->useBackground ? Pix32ToPacked(Load32(at)) : kWhiteBackground);
       }
       Store32(at, PackedToPix32(c));
     }

@@ -29,6 +29,11 @@ void CompositeSolidSlab(RColor* color, int32_t x1, int32_t x2, RGBI* pixels);
 void CompositeGradientSlab(RColor* color, int32_t x1, int32_t x2, RGBI* pixels);
 void CompositeBitmapSlab(RColor* color, int32_t x1, int32_t x2, RGBI* pixels);
 
+// The same spans as 32-bit pixels, a gradient's with its ramp, and a bitmap's of
+// 32 bits without a colour transform. At most kSlabPixels.
+void BuildPix32GradientSlab(RColor* color, int32_t x1, int32_t x2, uint8_t* at);
+void BuildPix32BitmapSlab(RColor* color, int32_t x1, int32_t x2, uint8_t* at);
+
 // The value of the single pixel x. Not always that of a slab over the same
 // pixel: a slab steps from its own start, with a truncated step.
 using CalcPixelProc = void (*)(RColor* color, int32_t x, RGBI* out);
