@@ -133,7 +133,7 @@ bool RowPainter::Prepare() {
   }
   edges_.Reset(counts && endsCount);
   spans_.Clear();
-  return on_.Reset(nSources_) && hiders_.Reset(nSources_) &&
+  return on_.Reset(nSources_) &&
          sums_.Reset(raster_->bits->width, trackBreaks);
 }
 

@@ -89,7 +89,7 @@ SBitmapCore* RandomScene::MakeBitmap() {
   SBitmapCore* b = &bitmaps_.emplace_back();
   b->PIInit();
   SColorTable table;
-  table.n = 256;
+  table.n = Chance(70) ? 256 : Between(1, 255);
   const bool opaque = Chance(50);
   for (RGB8& c : table.colors) {
     c = static_cast<uint32_t>(Below(0x1000000)) | static_cast<uint32_t>(opaque ? 255 : Below(256))
