@@ -20,7 +20,8 @@ SFIXED MorphPosition(const SObject* object) {
 }
 
 // Deletes the timeline that the object owned. An object whose own timeline was
-// never made shows its parent's, which is not its to delete.
+// never made shows its parent's, which is not its to delete; nor is that of a
+// layer, which places itself a new root object when it needs one.
 void DeleteThread(const SObject* object, ScriptThread* thread, uint8_t type) {
   if (!thread || thread->rootObject != object) return;
   if (type == charLoadedMovie) {
@@ -28,6 +29,8 @@ void DeleteThread(const SObject* object, ScriptThread* thread, uint8_t type) {
     delete thread->player;
   } else if (type == charSprite) {
     delete thread;
+  } else {
+    thread->rootObject = nullptr;
   }
 }
 

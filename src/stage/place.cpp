@@ -63,7 +63,7 @@ SObject** DisplayList::FindLink(SObject* parent, uint16_t depth) {
     link = &before->next;
   }
   lastBefore = before;
-  tagsLeft -= steps / kStepsPerTag;
+  if (tagsLeft > 0) tagsLeft -= steps / kStepsPerTag;
   return link;
 }
 

@@ -20,6 +20,9 @@ using author::TagStream;
 
 constexpr int32_t kItemsPerBlock = 2;
 
+// A life asks for at least as many blocks.
+constexpr int64_t kFewestAllocations = 40;
+
 void ShrinkPools(SPlayer* player) {
   DisplayList& stage = player->display;
   for (ChunkAlloc* pool : {&stage.edgeAlloc, &stage.objectAlloc, &stage.colorAlloc,
@@ -119,11 +122,13 @@ void Live(const Bytes& movie) {
 // Failing every allocation one by one is quadratic; further on it goes in
 // growing steps.
 void LiveWithout(const Bytes& movie, FailMode mode) {
-  for (int64_t n = 1;; n += 1 + n / 50) {
+  int64_t n = 1;
+  for (;; n += 1 + n / 50) {
     ArmAllocations(mode, n);
     Live(movie);
     if (!DisarmAllocations() || testing::Test::HasFatalFailure()) break;
   }
+  EXPECT_GT(n, kFewestAllocations) << "they no longer come by here";
 }
 
 TEST(OutOfMemory, AnySingleAllocationOfANestedMovieMayFail) {

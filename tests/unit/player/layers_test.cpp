@@ -198,5 +198,30 @@ TEST_F(Layers, CloningALoadedMovieOntoItsOwnDepthEndsIt) {
   EXPECT_EQ(CheckStage(player.display), "");
 }
 
+TEST_F(Layers, ALoadedMovieIsNotChangedIntoAShapeByMoving) {
+  player.Push(SmallMovie());
+  ScriptPlayer* movie = player.OpenSprite(player.rootObject->firstChild->thread);
+  SCharacter* shape = player.CreateCharacter(9);
+  PlaceInfo info;
+  info.flags = kPlaceCharacter;
+  info.depth = 4;
+  info.character = shape;
+  SObject* object = player.display.MoveObject(player.rootObject, &info);
+  ASSERT_NE(object, nullptr);
+  EXPECT_EQ(object->character->type, charLoadedMovie);
+  EXPECT_EQ(object->thread, movie);
+}
+
+TEST_F(Layers, ALayerWhoseRootObjectWasRemovedPlacesItselfANewOne) {
+  player.Push(SmallMovie());
+  player.display.RemoveObject(&player.display.root, 0);
+  EXPECT_EQ(player.rootObject, nullptr);
+  EXPECT_EQ(player.display.objectCount, 0);
+  player.StepThreads();
+  player.GotoFrame(0);
+  EXPECT_EQ(Children(player.display.root), "0");
+  EXPECT_EQ(Children(*player.rootObject), "4:wheel");
+}
+
 }  // namespace
 }  // namespace vexel::test

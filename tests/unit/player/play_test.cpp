@@ -59,6 +59,15 @@ TEST_F(Playing, ARateOfHalfAFrameNeverRunsAFrameAfterTheFirstCall) {
   EXPECT_EQ(player.CurrentFrame(), 1);
 }
 
+TEST_F(Playing, ARateOf0RunsTheFirstCallsFrameAndNoOther) {
+  Load(EmptyMovie(100, 0));
+  EXPECT_EQ(player.frameDelay, 1000);
+  player.DoPlay(5000);
+  EXPECT_EQ(player.CurrentFrame(), 1);
+  player.DoPlay(1000000);
+  EXPECT_EQ(player.CurrentFrame(), 1);
+}
+
 TEST_F(Playing, AFractionalRateCountsAsItsWholePart) {
   Load(EmptyMovie(100, 12.9));
   player.DoPlay(0);

@@ -214,6 +214,18 @@ TEST_F(Updating, OverlappingDirtIsPaintedOnce) {
   for (int i = 36; i < 44; ++i) EXPECT_EQ(player.Pixel(i, i), once) << i;
 }
 
+TEST_F(Updating, OfTwoObjectsAtOneDepthTheFirstPlacedLiesOnTop) {
+  MovieWriter movie(100, 100);
+  movie.DefineShape(1, Box(Rect::Pixels(0, 0, 10, 10)));
+  movie.DefineShape(2, Box(Rect::Pixels(5, 0, 15, 10), Color{0, 0, 200}));
+  movie.Place(1, 1).Place(2, 1).FrameEnd().End();
+  player.gotHeader = false;
+  player.Push(movie.Finish());
+  stage.Update();
+  EXPECT_EQ(player.Pixel(7, 5), kRed);
+  EXPECT_EQ(player.Pixel(12, 5), 0x0000C8u);
+}
+
 TEST_F(Updating, TheFocusFrameLiesOnTopAndIsThreePixelsWide) {
   BoxObject();
   stage.tabFocusRect = {20, 120, 20, 80};  // quarter-pixels: 5..30 by 5..20
