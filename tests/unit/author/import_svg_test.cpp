@@ -94,24 +94,25 @@ TEST(ImportSvg, NonzeroOverlapsStayFilled) {
   EXPECT_EQ(b.At(50, 50), 0u);
 }
 
-TEST(ImportSvg, LinesThatThePlayerDrawsTheSameStayLines) {
-  Built b =
-      Build(Svg("<path d='M10 10L90 90' stroke='red' stroke-width='4' "
-                "stroke-linecap='round' stroke-linejoin='round'/>"));
-  EXPECT_EQ(b.Count(SceneOp::kStroke), 1u);
-  EXPECT_EQ(b.Count(SceneOp::kFill), 0u);
-}
-
-TEST(ImportSvg, OtherLinesBecomeOutlines) {
-  for (const char* style : {"stroke-linecap:butt", "stroke-linecap:round",
-                            "stroke-linecap:round;stroke-linejoin:round;"
-                            "stroke-width:.5",
-                            "stroke-linecap:round;stroke-linejoin:round;stroke-dasharray:5"}) {
+TEST(ImportSvg, LinesBecomeOutlines) {
+  for (const char* style : {"stroke-linecap:butt", "stroke-linecap:round;stroke-linejoin:round",
+                            "stroke-width:.5", "stroke-dasharray:5"}) {
     Built b = Build(Svg("<path d='M10 50H90V80' fill='none' stroke='red' stroke-width='4' style='" +
                         std::string(style) + "'/>"));
     EXPECT_EQ(b.Count(SceneOp::kStroke), 0u) << style;
     EXPECT_EQ(b.Count(SceneOp::kFill), 1u) << style;
   }
+}
+
+TEST(ImportSvg, LinesBeyondTheBudgetStayLines) {
+  std::string scribble = "M0 0";
+  for (int i = 0; i < 30000; i++) {
+    scribble.append(1, ' ').append(std::to_string(i * 7919L % 100));
+    scribble.append(1, ' ').append(std::to_string(i * 1299709L % 101));
+  }
+  Built b = Build(Svg("<path fill='none' stroke='red' d='" + scribble + "'/>"));
+  EXPECT_EQ(b.Count(SceneOp::kStroke), 1u);
+  EXPECT_EQ(b.warnings.size(), 1u);
 }
 
 TEST(ImportSvg, UseAndSymbolDrawWhatTheyReferTo) {
