@@ -10,6 +10,6 @@ cd "${BUILD:-$here/../build-fuzz}"
 mkdir -p "found/$target"
 set --
 if [ -f "$here/$target.dict" ]; then set -- "-dict=$here/$target.dict"; fi
-exec bin/fuzz_"$target" -rss_limit_mb=1536 -timeout=20 -max_len=16384 \
+exec bin/fuzz_"$target" -rss_limit_mb=1536 -timeout=60 -max_len=16384 \
   -max_total_time="$seconds" -artifact_prefix="failed-$target-" "$@" \
   "found/$target" "seeds/$target"
