@@ -23,14 +23,9 @@ void MakeEmpty(SCharacter* character) {
   RectSetEmpty(&character->bounds2);
 }
 
-SCharacter* BucketOf(SCharacter** index, uint16_t id) {
-  return index[id % kCharacterBuckets];
-}
-
-SCharacter* FindIn(SCharacter* bucket, uint16_t id) {
-  while (bucket && bucket->id != id) bucket = bucket->next;
-  return bucket;
-}
+// Steps along a chain that count as much as a tag, against the stage's allowance:
+// a hostile movie could make every tag walk a bucket of 512.
+constexpr int32_t kStepsPerTag = 64;
 
 }  // namespace
 
@@ -51,8 +46,16 @@ ScriptPlayer::~ScriptPlayer() {
   FreeStr(loaderTarget);
 }
 
+SCharacter* ScriptPlayer::LookUp(uint16_t id) {
+  SCharacter* character = charIndex[id % kCharacterBuckets];
+  int32_t steps = 0;
+  for (; character && character->id != id; ++steps) character = character->next;
+  if (display && display->tagsLeft > 0) display->tagsLeft -= steps / kStepsPerTag;
+  return character;
+}
+
 SCharacter* ScriptPlayer::FindCharacter(uint16_t id) {
-  SCharacter* character = FindIn(BucketOf(charIndex, id), id);
+  SCharacter* character = LookUp(id);
   if (!character && lostCallback && id != kNoCharacterId) {
     lostFlag = true;
     lostCallback(lostArg, id);
@@ -74,7 +77,7 @@ SCharacter* ScriptPlayer::NewCharacter(uint16_t id, uint8_t type, CharacterOwner
 }
 
 SCharacter* ScriptPlayer::CreateCharacter(uint16_t id) {
-  if (FindIn(BucketOf(charIndex, id), id)) return nullptr;
+  if (LookUp(id)) return nullptr;
   SCharacter* character = NewCharacter(id, charShape, CharacterOwner::kDictionary);
   if (!character) return nullptr;
   SCharacter** bucket = &charIndex[id % kCharacterBuckets];

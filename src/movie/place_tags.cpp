@@ -74,7 +74,7 @@ void ScriptThread::PlaceObject2() {
   if (info.flags & kPlaceRatio) info.ratio = GetWord();
   char* name = nullptr;
   if (info.flags & kPlaceName) {
-    const DataSpan text = ScriptSpan(pos, tagEnd);
+    const DataSpan text = AttachData(pos, tagEnd);
     name = CreateStr(reinterpret_cast<const char*>(text.bytes), text.length);
     info.name = name;
   }

@@ -106,6 +106,7 @@ class ScriptPlayer : public ScriptThread {
 
  private:
   friend struct SCharacter;
+  SCharacter* LookUp(uint16_t id);
   SCharacter* NewCharacter(uint16_t id, uint8_t type, CharacterOwner owner);
   void DropCharacter(SCharacter* character);
   void DeleteCharacter(SCharacter* character);

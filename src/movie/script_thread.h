@@ -105,11 +105,10 @@ class ScriptThread : public SParser {
   void DefineBits();
   void DefineJPEGTables();
 
-  // The bytes from `start` to `end`, cut to the data: a copy, or the place
-  // itself with `dataInPlace`. Null bytes when memory is out.
+  // The bytes from `start` to `end`, cut to the data, where they lie, with a
+  // reference on their block. They are not copied: a tag of a sprite is run by
+  // every instance of it, and copies would multiply the movie's bytes.
   DataSpan AttachData(int32_t start, int32_t end) const;
-  // The place itself, with a reference on the script.
-  DataSpan ScriptSpan(int32_t start, int32_t end) const;
 
   // --- Sprites by script (sprite_ops.cpp); this is the parent timeline ---
 
@@ -147,9 +146,9 @@ class ScriptThread : public SParser {
   // The last label passed, inside the script; null after a rewind. For tools
   // that show where a timeline stands.
   const char* currentLabel = nullptr;
-  DisplayList* display = nullptr;           // not owned; null without a stage
-  SObject* rootObject = nullptr;            // the parent of all that it places; not owned
-  bool dataInPlace = false;                 // the script outlives its tags and may be pointed into
+  DisplayList* display = nullptr;  // not owned; null without a stage
+  SObject* rootObject = nullptr;   // the parent of all that it places; not owned
+  bool dataInPlace = false;  // the host may rewrite bytes of the script that have not been reached
   ScriptVariable* firstVariable = nullptr;  // owned, in order of creation
   ScriptVariable* lastVariable = nullptr;
 

@@ -49,7 +49,7 @@ void ScriptThread::CloneSprite(ScriptThread* source, const char* name, int32_t d
   if (object->character->type == charLoadedMovie) {
     info.character = CopyToHeap(object->character);
     if (!info.character) return;
-    info.character->data = source->ScriptSpan(0, source->dataEnd);
+    info.character->data = source->AttachData(0, source->dataEnd);
     info.flags |= kPlaceClone;
   } else {
     info.character = object->character;
@@ -72,7 +72,7 @@ void ScriptThread::RemoveSprite(ScriptThread* target, bool keepPlace) {
   }
   SCharacter* character = player->CreatePoolCharacter(kEmptySpriteId, charSprite);
   if (!character) return;
-  character->data = ScriptSpan(0, 0);
+  character->data = AttachData(0, 0);
   character->bounds = object->character->bounds;
 
   PlaceInfo info;

@@ -1,6 +1,4 @@
 // Running a timeline: one tag, the tags of a frame, a seek, a step.
-#include <cstring>
-
 #include "movie/script_player.h"
 #include "movie/script_thread.h"
 #include "movie/tags.h"
@@ -21,7 +19,7 @@ void BackgroundColor(ScriptThread* thread) {
 
 void FrameActions(ScriptThread* thread) {
   if (thread->seeking || !thread->display) return;
-  thread->display->actionList.PushAction(thread->ScriptSpan(thread->pos, thread->tagEnd), thread);
+  thread->display->actionList.PushAction(thread->AttachData(thread->pos, thread->tagEnd), thread);
 }
 
 void FreeCharacterTag(ScriptThread* thread) {
@@ -68,22 +66,10 @@ void ScriptThread::AttachScript(const DataSpan& tags) {
   tagEnd = kNoTagEnd;
 }
 
-DataSpan ScriptThread::ScriptSpan(int32_t start, int32_t end) const {
+DataSpan ScriptThread::AttachData(int32_t start, int32_t end) const {
   if (end > dataEnd) end = dataEnd;
   if (start > end) start = end;
   return {scriptBlock, const_cast<uint8_t*>(script) + start, end - start};
-}
-
-DataSpan ScriptThread::AttachData(int32_t start, int32_t end) const {
-  const DataSpan span = ScriptSpan(start, end);
-  if (dataInPlace) return span;
-  DataSpan copy;
-  copy.block = DataRef::Adopt(DataBlock::Create(span.length));
-  if (!copy.block) return copy;
-  copy.bytes = copy.block.Bytes();
-  copy.length = span.length;
-  if (span.length > 0) memcpy(copy.bytes, span.bytes, static_cast<size_t>(span.length));
-  return copy;
 }
 
 int32_t ScriptThread::DoTag() {

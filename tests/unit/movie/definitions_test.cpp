@@ -120,7 +120,6 @@ TEST_F(Definitions, Font2KeepsItsNameInFrontOfItsData) {
   EXPECT_EQ(font->nameSize, 6);
   EXPECT_EQ(Data(font->data), (Bytes{0xAA, 0xBB}));
   EXPECT_EQ(memcmp(font->data.bytes - font->nameSize, "\3abc", 4), 0);
-  EXPECT_EQ(font->data.block.Bytes(), font->data.bytes - font->nameSize);
 }
 
 TEST_F(Definitions, Font2NameLongerThanItsTagLeavesNoData) {
@@ -200,18 +199,13 @@ TEST_F(Definitions, BodiesShorterThanTheirFieldsKeepNoData) {
   }
 }
 
-TEST_F(Definitions, DataIsACopyUnlessTheScriptStays) {
+TEST_F(Definitions, DataStaysWhereItLiesAndOutlivesTheMovie) {
   movie.Tag(10, Bytes{4, 0, 1, 2, 3});
   Run();
-  EXPECT_NE(player.FindCharacter(4)->data.block.Get(), player.scriptBlock.Get());
-  player.FreeAll();
-  player.dataInPlace = true;
-  while (player.DoTag() == kScriptOk) {
-  }
-  const SCharacter* font = player.FindCharacter(4);
-  EXPECT_EQ(font->data.block.Get(), player.scriptBlock.Get());
-  EXPECT_EQ(Data(font->data), (Bytes{1, 2, 3}));
-  player.dataInPlace = false;
+  const DataSpan data = player.FindCharacter(4)->data;
+  EXPECT_EQ(data.block.Get(), player.scriptBlock.Get());
+  player.ClearScript();
+  EXPECT_EQ(Data(data), (Bytes{1, 2, 3}));
 }
 
 }  // namespace
