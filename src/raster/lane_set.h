@@ -28,7 +28,10 @@ class LaneSet {
 
   void Set(int32_t i, LaneMask lanes) {
     for (int32_t k = 0; k < nLevels_; k++, i >>= 4) {
-      levels_[k][i >> 4] |= uint64_t{lanes} << ((i & 15) * 4);
+      const uint64_t bits = uint64_t{lanes} << ((i & 15) * 4);
+      uint64_t* word = &levels_[k][i >> 4];
+      if (k > 0 && (*word & bits) == bits) return;  // and so it is above
+      *word |= bits;
     }
   }
 

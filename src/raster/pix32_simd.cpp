@@ -9,6 +9,7 @@
 
 #include "raster/pix32_radial.h"
 #include "raster/pixel_memory.h"
+#include "raster/render_tables.h"
 
 #define VEXEL_AVX2 __attribute__((target("avx2")))
 
@@ -133,7 +134,7 @@ VEXEL_AVX2 void Linear(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t pos
 
 // The index is the whole root of the squared distance, 256 from there on, but
 // for the squares themselves: there it depends on where the prediction comes
-// from. So the roots of eight pixels are found at once, bit by bit, and the
+// from. So the roots of eight pixels are taken from a table at once, and the
 // pixels at squares are gone over in order.
 VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const RadialLine& line) {
   __m256i x = Progression(line.x, line.dx);
@@ -150,16 +151,12 @@ VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const Radia
   for (; n > 0; n -= kStep, at += 4 * kStep) {
     const __m256i px = _mm256_min_epi32(_mm256_abs_epi32(_mm256_srai_epi32(x, 14)), far);
     const __m256i py = _mm256_min_epi32(_mm256_abs_epi32(_mm256_srai_epi32(y, 14)), far);
-    const __m256i d = _mm256_add_epi32(_mm256_mullo_epi32(px, px), _mm256_mullo_epi32(py, py));
-    __m256i root = _mm256_setzero_si256();
-    for (int32_t bit = 128; bit > 0; bit >>= 1) {
-      const __m256i with = _mm256_or_si256(root, _mm256_set1_epi32(bit));
-      // Both factors fit 16 bits, so their product is the 16-bit multiply-add's.
-      const __m256i above = _mm256_cmpgt_epi32(_mm256_madd_epi16(with, with), d);
-      root = _mm256_blendv_epi8(with, root, above);
-    }
+    const __m256i d = _mm256_add_epi32(_mm256_madd_epi16(px, px), _mm256_madd_epi16(py, py));
     const __m256i beyond = _mm256_cmpgt_epi32(d, _mm256_set1_epi32(65535));
-    root = _mm256_blendv_epi8(root, last, beyond);
+    const __m256i limit = _mm256_set1_epi32(65535);
+    __m256i root = _mm256_i32gather_epi32(reinterpret_cast<const int*>(rootTable),
+                                          _mm256_min_epi32(d, limit), 1);
+    root = _mm256_blendv_epi8(_mm256_and_si256(root, _mm256_set1_epi32(255)), last, beyond);
     // 65535 stands in for the square of 256.
     const __m256i atLimit = _mm256_cmpeq_epi32(d, _mm256_set1_epi32(65535));
     const __m256i atSquare = _mm256_andnot_si256(
@@ -169,13 +166,16 @@ VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const Radia
     auto doubtful = static_cast<uint32_t>(
         _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_or_si256(atSquare, atLimit))));
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(now), root);
-    while (doubtful != 0) {
-      const int32_t i = __builtin_ctz(doubtful);
-      doubtful &= doubtful - 1;
-      const int32_t predicted = 2 * now[i - 1] - now[i - 2];
-      if ((predicted > 256 ? 256 : predicted) < now[i]) now[i]--;
+    if (doubtful != 0) {
+      do {
+        const int32_t i = __builtin_ctz(doubtful);
+        doubtful &= doubtful - 1;
+        const int32_t predicted = 2 * now[i - 1] - now[i - 2];
+        if ((predicted > 256 ? 256 : predicted) < now[i]) now[i]--;
+      } while (doubtful != 0);
+      root = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(now));
     }
-    Put(at, n, Gather(ramp, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(now))));
+    Put(at, n, Gather(ramp, root));
     now[-2] = now[kStep - 2];
     now[-1] = now[kStep - 1];
     x = _mm256_add_epi32(x, advanceX);

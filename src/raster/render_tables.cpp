@@ -6,6 +6,7 @@ namespace vexel {
 bool renderTablesBuilt = false;
 int32_t PixCoverage[8][8][4];
 uint16_t squareTable[kSquareEntries];
+uint8_t rootTable[kRootEntries + 4];
 
 void BuildRenderTables() {
   renderTablesBuilt = true;
@@ -25,6 +26,10 @@ void BuildRenderTables() {
   }
   for (int32_t i = 0; i < kSquareEntries; i++) {
     squareTable[i] = static_cast<uint16_t>(i < 256 ? i * i : 65535);
+  }
+  for (int32_t i = 0, root = 0; i < kRootEntries; i++) {
+    if (i == (root + 1) * (root + 1)) root++;
+    rootTable[i] = static_cast<uint8_t>(root);
   }
 }
 

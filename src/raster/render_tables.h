@@ -15,7 +15,12 @@ extern int32_t PixCoverage[8][8][4];
 inline constexpr int32_t kSquareEntries = 258;
 extern uint16_t squareTable[kSquareEntries];
 
-// Sets renderTablesBuilt and fills both.
+// The whole part of the square root of i. Padded, so that four bytes can be read
+// at any entry.
+inline constexpr int32_t kRootEntries = 65536;
+extern uint8_t rootTable[kRootEntries + 4];
+
+// Sets renderTablesBuilt and fills all three.
 void BuildRenderTables();
 
 }  // namespace vexel

@@ -89,7 +89,7 @@ bool RowEdges::Reserve(int32_t nStarting) {
   }
   if (nStarting > startRoom_) {
     const int32_t room = nStarting * 2 + 64;
-    if (!Grow(&starts_, 0, room)) return false;
+    if (!Grow(&starts_, nStarting - 1, room)) return false;
     startRoom_ = room;
   }
   return true;
@@ -138,14 +138,11 @@ void RowEdges::StepEdge(int32_t i, int32_t y, RowEvent* event) {
 bool RowEdges::TakeUp(CRaster* raster, int32_t y) {
   nStarts_ = 0;
   REdge** buckets = raster->yindex + (y - raster->edgeClip.ymin);
-  int32_t n = 0;
-  for (int32_t l = 0; l < kLanes; l++) {
-    for (const REdge* e = buckets[l]; e != nullptr; e = e->nextActive) n++;
-  }
-  if (!Reserve(n)) return false;
-  if (n == 0) return true;
   for (int32_t l = 0; l < kLanes; l++) {
     for (const REdge* r = buckets[l]; r != nullptr; r = r->nextActive) {
+      // The next edge lies anywhere in memory.
+      if (r->nextActive != nullptr) __builtin_prefetch(r->nextActive);
+      if (!Reserve(nStarts_ + 1)) return false;
       RActiveEdge a;
       if (!a.SetUp(r, y + l, false)) continue;
       const int32_t i = NewEdge();

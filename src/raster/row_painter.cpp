@@ -51,16 +51,11 @@ void RowPainter::Switch(int32_t i, LaneMask add, LaneMask remove) {
   if (add != 0) on_.Set(i, add);
   if (remove != 0) on_.Clear(i, remove);
   if (!sources_[i].hides) return;
-  if (add != 0) {
-    hiders_.Set(i, add);
-    cover_ = Select(LanesOf(add), MaxLanes(cover_, SplatLanes(i)), cover_);
-  }
-  if (remove == 0) return;
-  hiders_.Clear(i, remove);
-  LaneMask bare = TrueLanes(cover_ == SplatLanes(i)) & remove;
-  while (bare != 0) {
-    const int32_t next = hiders_.Below(i, bare);
-    const LaneMask lanes = next >= 0 ? hiders_.Get(next) & bare : bare;
+  if (add != 0) cover_ = Select(LanesOf(add), MaxLanes(cover_, SplatLanes(i)), cover_);
+  LaneMask bare = remove != 0 ? TrueLanes(cover_ == SplatLanes(i)) & remove : 0;
+  for (int32_t next = i; bare != 0;) {
+    next = on_.Below(next, bare);
+    const LaneMask lanes = next < 0 ? bare : sources_[next].hides ? on_.Get(next) & bare : 0;
     cover_ = Select(LanesOf(lanes), SplatLanes(next), cover_);
     bare &= ~lanes;
   }
@@ -246,7 +241,6 @@ void RowPainter::EndRow(bool isLast) {
     }
     s.counts = 0;
     on_.Clear(i, kAllLanes);
-    if (s.hides) hiders_.Clear(i, kAllLanes);
   }
 }
 

@@ -133,8 +133,7 @@ bool RowPainter::Prepare() {
   }
   edges_.Reset(counts && endsCount);
   spans_.Clear();
-  return on_.Reset(nSources_) &&
-         sums_.Reset(raster_->bits->width, trackBreaks);
+  return on_.Reset(nSources_) && sums_.Reset(raster_->bits->width, trackBreaks);
 }
 
 }  // namespace vexel
