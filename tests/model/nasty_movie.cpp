@@ -466,6 +466,7 @@ std::vector<uint8_t> Maker::Place(bool main, int moves) {
   if (With(Flavor::kBitmaps, 40, 30, 20)) flags |= 8;
   if (r_.Chance(60)) flags |= 16;
   if (With(Flavor::kClips, 45, 12, 0)) flags |= 64;
+  if (r_.Chance(4)) flags |= 32;
   b.U8(flags);
   b.U16(static_cast<uint32_t>(depth));
   if (flags & 2) b.U16(static_cast<uint32_t>(id));
@@ -473,6 +474,12 @@ std::vector<uint8_t> Maker::Place(bool main, int moves) {
   if (flags & 8) Cxform(b, true);
   if (flags & 16)
     b.U16(static_cast<uint32_t>(r_.Chance(20) ? 65535 * r_.Int(0, 1) : r_.Int(0, 65535)));
+  // A clip depth behind a name is read from the name's first bytes.
+  if (flags & 32) {
+    b.U8(static_cast<uint32_t>(depth + r_.Int(0, 8)));
+    b.U8(flags & 64 ? 0 : 'n');
+    b.U8(0);
+  }
   if (flags & 64) b.U16(static_cast<uint32_t>(depth + r_.Int(-1, 8)));
   return b.bytes;
 }
@@ -570,6 +577,7 @@ NastyMovie Maker::Make() {
   file.U32(static_cast<uint32_t>(8 + out_.bytes.size()));
   file.Append(out_.bytes);
   m.bytes = file.bytes;
+  if (r_.Chance(2)) m.bytes.resize(m.bytes.size() - static_cast<size_t>(r_.Int(1, 40)));
   return m;
 }
 
