@@ -21,15 +21,15 @@ enum class Winding { kEvenOdd, kNonZero };
 using Polygon = std::vector<Vec2>;      // closed by itself
 using Polygons = std::vector<Polygon>;  // a region; even-odd unless said otherwise
 
-// Bounds the time of one import: boolean operations on hostile outlines take time
-// that grows with the square of their edges. Each step takes its estimated cost
-// first, and is refused when the budget cannot pay it.
+// Bounds the time of one import: boolean operations on hostile outlines take time that
+// grows with the square of their sides. Each operation takes its estimated cost, in
+// nanoseconds, first, and is refused when the budget cannot pay it.
 class WorkBudget {
  public:
-  explicit WorkBudget(double steps = 3e8) : left_(steps) {}
-  bool Take(double steps) {
-    if (steps > left_) return false;
-    left_ -= steps;
+  explicit WorkBudget(double nanoseconds = 8e9) : left_(nanoseconds) {}
+  bool Take(double nanoseconds) {
+    if (!(nanoseconds <= left_)) return false;
+    left_ -= nanoseconds;
     return true;
   }
   double left() const { return left_; }

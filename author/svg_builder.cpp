@@ -233,9 +233,10 @@ void SvgBuilder::DrawElement(const xmlNode* node, const SvgStyle& parent, const 
     if (inner.toFrame.Invert(&inverse)) userBox = BoxThrough(inverse, frameBox);
   }
   if (!style.filter.empty()) ApplyFilter(style.filter, style, inner, userBox, &items);
+  // Fading before cutting shows the same as after, and meets no brackets.
+  ApplyOpacity(style.opacity, &items);
   if (!style.clipPath.empty()) ApplyClip(style.clipPath, inner, userBox, &items);
   if (!style.mask.empty()) ApplyMask(style.mask, inner, userBox, &items);
-  ApplyOpacity(style.opacity, &items);
   std::move(items.begin(), items.end(), std::back_inserter(*out));
 }
 

@@ -130,7 +130,7 @@ void SvgBuilder::ApplyFilter(const std::string& id, const SvgStyle& style, const
   double steps =
       region.Width() * region.Height() * density * density * density * (sigmaX + sigmaY) * 6;
   bool drawn =
-      budget_.Take(steps / 8) &&
+      budget_.Take(4 * steps) &&
       ReplaceByBitmap(
           region, density,
           [&](SceneBitmap* b) { BlurBitmap(b, sigmaX * density, sigmaY * density, linear); },
