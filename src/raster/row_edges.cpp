@@ -72,26 +72,37 @@ bool RowEdges::Reserve(int32_t nStarting) {
   if (nNow > edgeRoom_) {
     const int32_t room = nNow * 2 + 64;
     if (!Grow(&edges_, nEdges_, room) || !Grow(&free_, nFree_, room) ||
-        !Grow(&order_, nOrder_, room) || !Grow(&crossings_, 0, room)) {
+        !Grow(&order_, nOrder_, room)) {
       return false;
     }
-    for (int32_t*& list : lists_) {
-      if (!Grow(&list, 0, room)) return false;
-    }
     edgeRoom_ = room;
-  }
-  // At worst an event for each lane of each edge, and as many while they are
-  // sorted apart.
-  if (nNow * kLanes * 2 > eventRoom_) {
-    const int32_t room = nNow * kLanes * 3 + 64;
-    if (!Grow(&events_, 0, room)) return false;
-    eventRoom_ = room;
   }
   if (nStarting > startRoom_) {
     const int32_t room = nStarting * 2 + 64;
     if (!Grow(&starts_, nStarting - 1, room)) return false;
     startRoom_ = room;
   }
+  return true;
+}
+
+// Makes room for what an exact row needs for n edges.
+bool RowEdges::ReserveExact(int32_t n) {
+  if (edgeRoom_ > exactRoom_) {
+    if (!Grow(&crossings_, 0, edgeRoom_)) return false;
+    for (int32_t*& list : lists_) {
+      if (!Grow(&list, 0, edgeRoom_)) return false;
+    }
+    exactRoom_ = edgeRoom_;
+  }
+  return ReserveEvents(n * kLanes);
+}
+
+// Makes room for n events. False without memory.
+bool RowEdges::ReserveEvents(int32_t n) {
+  if (n <= eventRoom_) return true;
+  const int32_t room = n + n / 2 + 64;
+  if (!Grow(&events_, nEvents_, room)) return false;
+  eventRoom_ = room;
   return true;
 }
 
@@ -181,6 +192,7 @@ void RowEdges::Place(const RowEvent& event, LaneMask mask, int32_t at) {
     other->mask |= mask;
     return;
   }
+  if (!ReserveEvents(nEvents_ + 1)) return;
   std::memmove(static_cast<void*>(events_ + at + 1), events_ + at,
                static_cast<size_t>(nEvents_ - at) * sizeof(RowEvent));
   events_[at] = event;
@@ -189,6 +201,7 @@ void RowEdges::Place(const RowEvent& event, LaneMask mask, int32_t at) {
 }
 
 void RowEdges::Insert(const RowEvent& e) {
+  if (!ReserveEvents(nEvents_ + 1)) return;
   if (nEvents_ == 0) {
     events_[nEvents_++] = e;
     return;
@@ -235,6 +248,10 @@ void RowEdges::Insert(const RowEvent& e) {
 // Makes single-lane events of all that are there, sorted within each lane.
 void RowEdges::SplitByLane() {
   const int32_t n = nEvents_;
+  if (!ReserveEvents(n * (kLanes + 1))) {
+    nEvents_ = 0;
+    return;
+  }
   int32_t to = n;
   for (int32_t l = kLanes - 1; l >= 1; l--) {
     const LaneMask bit = 1u << l;
@@ -284,7 +301,7 @@ void RowEdges::BuildSorted(int32_t y) {
     if (edges_[e.edge].ymax <= y + kLanes) free_[firstFree + nDone++] = e.edge;
     crowded = crowded || steps_ < 0;
     if (crowded) {
-      events_[nEvents_++] = e;
+      if (ReserveEvents(nEvents_ + 1)) events_[nEvents_++] = e;
     } else {
       Insert(e);
     }
@@ -416,6 +433,7 @@ bool RowEdges::BuildRow(CRaster* raster, int32_t y) {
   if (!TakeUp(raster, y)) return false;
   nEvents_ = 0;
   if (exactOrder_ && nStarts_ > 0) {
+    if (!ReserveExact(nOrder_ + nStarts_)) return false;
     BuildExact(y);
   } else {
     BuildSorted(y);

@@ -81,6 +81,8 @@ class RowEdges {
   };
 
   bool Reserve(int32_t nStarting);
+  bool ReserveExact(int32_t n);
+  bool ReserveEvents(int32_t n);
   int32_t NewEdge();
   bool TakeUp(CRaster* raster, int32_t y);
   void StepEdge(int32_t i, int32_t y, RowEvent* event);
@@ -108,6 +110,7 @@ class RowEdges {
   Start* starts_ = nullptr;
   int32_t startRoom_ = 0;
   int32_t nStarts_ = 0;
+  int32_t exactRoom_ = 0;          // of the two below
   RowEvent* crossings_ = nullptr;  // in an exact row, by number of the edge
   int32_t* lists_[kLanes] = {};    // in an exact row, the edges of each lane in order
   int64_t steps_ = 0;              // left for finding places in this row

@@ -335,16 +335,21 @@ TEST(Raster, FreeEmptiesKeepsTheMapBlocks) {
   EXPECT_EQ(kit.raster.rampAlloc.firstBlock, nullptr);
 }
 
-TEST(Raster, ManyEdgesInDescendingOrderSortQuickly) {
-  PaintKit kit(64, 64, false);
-  RColor* c = kit.Solid(kRed);
-  std::vector<REdge*> list;
-  for (int i = 0; i < 50000; i++) {
-    list.push_back(kit.Edge(ruleEvenOdd, c, nullptr, i % 2 == 0 ? 30000 - i / 2 : -30000 + i, 0,
-                            i % 2 == 0 ? -30000 : 30000, 64));
+// A quadratic sort would take minutes.
+TEST(Raster, ManyCrossingEdgesSortQuickly) {
+  for (const bool antialias : {false, true}) {
+    for (const FillRule rule : {ruleEvenOdd, ruleWinding}) {
+      PaintKit kit(64, 16, antialias);
+      RColor* c = kit.Solid(0x80800000);
+      std::vector<REdge*> list;
+      for (int i = 0; i < 50000; i++) {
+        list.push_back(kit.Edge(rule, c, nullptr, i % 2 == 0 ? 30000 - i / 2 : -30000 + i, 0,
+                                i % 2 == 0 ? -30000 : 30000, 64));
+      }
+      kit.AddLayer(list, c);
+      kit.Paint();
+    }
   }
-  kit.AddLayer(list, c);
-  kit.Paint();  // a quadratic sort would take minutes
 }
 
 TEST(Raster, MidEdgesWithoutAntialiasingFallOnWholePixels) {
