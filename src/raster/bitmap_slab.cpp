@@ -185,7 +185,7 @@ void BuildPix32BitmapSlab(RColor* c, int32_t x1, int32_t x2, uint8_t* at) {
     const int32_t n = walk.Enter(x2 - x1);
     const SPOINT pos = walk.Sample();
     c->raster->ops32->sample(at + 4 * (x1 - start), n,
-                             {blt.baseAddr, blt.rowBytes, pos.x, pos.y, blt.dx, blt.dy});
+                             {blt.baseAddr, blt.rowBytes, pos.x, pos.y, blt.dx, blt.dy, blt.width});
     walk.Advance(n);
     x1 += n;
   }

@@ -85,7 +85,7 @@ void Blt16to32(BltInfo info, SPOINT& pos, int32_t count, void* dst) {
 void Blt32to32(BltInfo info, SPOINT& pos, int32_t count, void* dst) {
   if (BltUnitStep<Source32>(info, pos, count, dst)) return;
   Pix32().sample(static_cast<uint8_t*>(dst), count,
-                 {info.baseAddr, info.rowBytes, pos.x, pos.y, info.dx, info.dy});
+                 {info.baseAddr, info.rowBytes, pos.x, pos.y, info.dx, info.dy, info.width});
   pos = {WrapAdd(pos.x, WrapMul(count, info.dx)), WrapAdd(pos.y, WrapMul(count, info.dy))};
 }
 

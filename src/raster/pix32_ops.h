@@ -21,6 +21,7 @@ struct SampleLine {
   int32_t rowBytes;
   SFIXED x, y;
   SFIXED dx, dy;
+  int32_t width;  // of the bitmap, in pixels
 };
 
 // A radial gradient's pixels: positions in gradient space with 8 fraction bits,

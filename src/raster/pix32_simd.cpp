@@ -9,6 +9,7 @@
 
 #include "raster/pix32_radial.h"
 #include "raster/pixel_memory.h"
+#include "raster/rcolor.h"
 #include "raster/render_tables.h"
 
 #define VEXEL_AVX2 __attribute__((target("avx2")))
@@ -119,6 +120,19 @@ VEXEL_AVX2 inline __m256i Gather(const uint32_t* base, __m256i index) {
   return _mm256_i32gather_epi32(reinterpret_cast<const int*>(base), index, 4);
 }
 
+// The entries of a ramp at eight indexes. Along a span they mostly lie close
+// together, and then one load and a shuffle are faster than eight loads.
+VEXEL_AVX2 inline __m256i LookUp(const uint32_t* ramp, __m256i index) {
+  const int32_t first = _mm256_extract_epi32(index, 0);
+  const int32_t end = _mm256_extract_epi32(index, 7);
+  int32_t base = first < end ? first : end;
+  if (base > kRampEntries - kStep) base = kRampEntries - kStep;
+  const __m256i offset = _mm256_sub_epi32(index, _mm256_set1_epi32(base));
+  // As unsigned numbers all from 0 to 7.
+  if (_mm256_testz_si256(offset, _mm256_set1_epi32(~7)) == 0) return Gather(ramp, index);
+  return _mm256_permutevar8x32_epi32(Load(reinterpret_cast<const uint8_t*>(ramp + base)), offset);
+}
+
 VEXEL_AVX2 void Linear(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t pos, int32_t step) {
   __m256i p = Progression(pos, step);
   const __m256i advance = _mm256_set1_epi32(WrapMul(step, kStep));
@@ -127,7 +141,7 @@ VEXEL_AVX2 void Linear(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t pos
   for (; n > 0; n -= kStep, at += 4 * kStep) {
     __m256i i = _mm256_add_epi32(_mm256_srai_epi32(p, 15), centre);
     i = _mm256_min_epi32(_mm256_max_epi32(i, _mm256_setzero_si256()), last);
-    Put(at, n, Gather(ramp, i));
+    Put(at, n, LookUp(ramp, i));
     p = _mm256_add_epi32(p, advance);
   }
 }
@@ -145,6 +159,7 @@ VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const Radia
   const __m256i far = _mm256_set1_epi32(400);
   const __m256i one = _mm256_set1_epi32(1);
   const __m256i last = _mm256_set1_epi32(256);
+  const __m256i limit = _mm256_set1_epi32(65535);
   alignas(32) int32_t entries[2 + kStep];
   int32_t* const now = entries + 2;
   now[-1] = now[-2] = line.start;
@@ -152,13 +167,12 @@ VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const Radia
     const __m256i px = _mm256_min_epi32(_mm256_abs_epi32(_mm256_srai_epi32(x, 14)), far);
     const __m256i py = _mm256_min_epi32(_mm256_abs_epi32(_mm256_srai_epi32(y, 14)), far);
     const __m256i d = _mm256_add_epi32(_mm256_madd_epi16(px, px), _mm256_madd_epi16(py, py));
-    const __m256i beyond = _mm256_cmpgt_epi32(d, _mm256_set1_epi32(65535));
-    const __m256i limit = _mm256_set1_epi32(65535);
+    const __m256i beyond = _mm256_cmpgt_epi32(d, limit);
     __m256i root = _mm256_i32gather_epi32(reinterpret_cast<const int*>(rootTable),
                                           _mm256_min_epi32(d, limit), 1);
     root = _mm256_blendv_epi8(_mm256_and_si256(root, _mm256_set1_epi32(255)), last, beyond);
     // 65535 stands in for the square of 256.
-    const __m256i atLimit = _mm256_cmpeq_epi32(d, _mm256_set1_epi32(65535));
+    const __m256i atLimit = _mm256_cmpeq_epi32(d, limit);
     const __m256i atSquare = _mm256_andnot_si256(
         beyond, _mm256_and_si256(_mm256_cmpgt_epi32(root, _mm256_setzero_si256()),
                                  _mm256_cmpeq_epi32(_mm256_madd_epi16(root, root), d)));
@@ -175,7 +189,7 @@ VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const Radia
       } while (doubtful != 0);
       root = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(now));
     }
-    Put(at, n, Gather(ramp, root));
+    Put(at, n, LookUp(ramp, root));
     now[-2] = now[kStep - 2];
     now[-1] = now[kStep - 1];
     x = _mm256_add_epi32(x, advanceX);
@@ -190,6 +204,17 @@ VEXEL_AVX2 void Sample(uint8_t* at, int32_t n, const SampleLine& line) {
   if (line.dy == 0) {
     const uint8_t* row = line.baseAddr + int64_t{Asr(line.y, 16)} * line.rowBytes;
     const auto* pixels = reinterpret_cast<const int*>(row);
+    // Enlarged: eight pixels come from at most eight side by side.
+    if (line.dx >= 0 && line.dx <= kFixedOne) {
+      SFIXED from = line.x;
+      for (; n >= kStep && Asr(from, 16) + kStep <= line.width; n -= kStep, at += 4 * kStep) {
+        const __m256i first = _mm256_set1_epi32(Asr(from, 16));
+        const __m256i offset = _mm256_sub_epi32(_mm256_srai_epi32(x, 16), first);
+        Store(at, _mm256_permutevar8x32_epi32(Load(row + 4 * Asr(from, 16)), offset));
+        x = _mm256_add_epi32(x, advanceX);
+        from += kStep * line.dx;
+      }
+    }
     for (; n >= kStep; n -= kStep, at += 4 * kStep) {
       Store(at, _mm256_i32gather_epi32(pixels, _mm256_srai_epi32(x, 16), 4));
       x = _mm256_add_epi32(x, advanceX);
@@ -207,11 +232,15 @@ VEXEL_AVX2 void Sample(uint8_t* at, int32_t n, const SampleLine& line) {
   const auto* pixels = reinterpret_cast<const int*>(line.baseAddr);
   const __m256i pitch = _mm256_set1_epi32(line.rowBytes >> 2);
   for (; n > 0; n -= kStep, at += 4 * kStep) {
-    const __m256i lanes = FirstLanes(n);
     const __m256i index = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_srai_epi32(y, 16), pitch),
                                            _mm256_srai_epi32(x, 16));
-    StoreFirst(at, lanes,
-               _mm256_mask_i32gather_epi32(_mm256_setzero_si256(), pixels, index, lanes, 4));
+    if (n >= kStep) {
+      Store(at, _mm256_i32gather_epi32(pixels, index, 4));
+    } else {
+      const __m256i lanes = FirstLanes(n);
+      StoreFirst(at, lanes,
+                 _mm256_mask_i32gather_epi32(_mm256_setzero_si256(), pixels, index, lanes, 4));
+    }
     x = _mm256_add_epi32(x, advanceX);
     y = _mm256_add_epi32(y, advanceY);
   }

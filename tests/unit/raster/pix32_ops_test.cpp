@@ -102,7 +102,7 @@ TEST_F(Pix32OpsTest, SamplesOfBitmaps) {
       *start = from;
       *step = (to - from) / kMost;
     };
-    SampleLine line = {bitmap.data(), 4 * kSide, 0, 0, 0, 0};
+    SampleLine line = {bitmap.data(), 4 * kSide, 0, 0, 0, 0, kSide};
     inside(&line.x, &line.dx);
     inside(&line.y, &line.dy);
     if (i % 2 == 0) line.dy = 0;
