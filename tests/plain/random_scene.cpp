@@ -131,8 +131,9 @@ MATRIX RandomScene::MakeMatrix(int shift) {
       break;
   }
   if (Chance(2)) m.a = Between(-0x3FFFFFFF, 0x3FFFFFFF) * 2;
-  m.tx = Between(-40 * one, 40 * one);
-  m.ty = Between(-40 * one, 40 * one);
+  const int32_t reach = 40 << std::min(shift, 24);
+  m.tx = Between(-reach, reach);
+  m.ty = Between(-reach, reach);
   return m;
 }
 
