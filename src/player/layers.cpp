@@ -37,6 +37,7 @@ ScriptPlayer* SPlayer::OpenLayer(int32_t layer, bool keepExisting) {
   if (layer == 0 && script && !keepExisting) ClearScript();
   if (ScriptPlayer* found = FindLayer(this, layer)) {
     if (!keepExisting && found != this) found->ClearScript();
+    SetVersionVariable(this, found);
     return found;
   }
   auto* opened = new (std::nothrow) ScriptPlayer;
@@ -47,6 +48,7 @@ ScriptPlayer* SPlayer::OpenLayer(int32_t layer, bool keepExisting) {
   display.AddThread(opened);
   opened->splayer = this;
   opened->layerDepth = static_cast<uint16_t>(layer);
+  SetVersionVariable(this, opened);
   return opened;
 }
 

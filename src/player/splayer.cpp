@@ -1,4 +1,4 @@
-// Construction of a player.
+// Construction of a player, and what it tells each movie about itself.
 #include "player/splayer.h"
 
 namespace vexel {
@@ -11,6 +11,11 @@ SPlayer::SPlayer() {
   display.AddThread(this);
   splayer = this;
   display.SetBits(&bits);
+  SetVersionVariable(this, this);
+}
+
+void SetVersionVariable(SPlayer*, ScriptPlayer* movie) {
+  movie->SetVariable("$version", "UNIX 4,0,13,0");
 }
 
 }  // namespace vexel

@@ -178,4 +178,8 @@ ScriptPlayer* FindLayer(ScriptPlayer* head, int32_t layer);
 // digit follows, and -1 for any other name.
 int32_t LayerNum(const char* name);
 
+// Tells `movie` which player it runs in: its variable "$version" becomes the
+// platform's name and the version of the language.
+void SetVersionVariable(SPlayer* player, ScriptPlayer* movie);
+
 }  // namespace vexel
