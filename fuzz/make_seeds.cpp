@@ -1,6 +1,7 @@
 // make_seeds FOLDER: writes the first inputs of every target into
 // FOLDER/<target>, so that none need to be kept with the sources.
 #include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -60,8 +61,8 @@ void Movies(const std::filesystem::path& folder) {
 }
 
 Bytes WithKind(uint8_t kind, const Bytes& body) {
-  Bytes bytes = {kind};
-  bytes.insert(bytes.end(), body.begin(), body.end());
+  Bytes bytes(body.size() + 1, kind);
+  std::copy(body.begin(), body.end(), bytes.begin() + 1);
   return bytes;
 }
 
