@@ -97,7 +97,8 @@ LosslessBody LetterIndexes(int format, const std::vector<Color>& table) {
   return LosslessFromIndexes(format, kSide, kSide, indexes, table);
 }
 
-// Characters 1 to 6: the letter in every format.
+// Characters 1 to 6: the letter in every format. Required: bitmaps of less than 8
+// bits lend their size alone, and draw black.
 void DefineLetters(TagStream& movie) {
   LosslessBody words;
   words.format = kBitmap16;

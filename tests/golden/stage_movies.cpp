@@ -136,7 +136,7 @@ Bytes Nested() {
 }
 
 // A clock of squares: the root takes six frames, a sprite three, a sprite in it
-// two. From the seventh step on the root has come back to its start.
+// two. The sixth step takes the root back to its start, a backward seek.
 Bytes Timelines() {
   MovieWriter movie = Begin();
   ShapeBuilder square;
@@ -182,41 +182,10 @@ Bytes Timelines() {
   return movie.Finish();
 }
 
-// Actions send the root back from its fourth frame to its second, and a sprite
-// hops between two frames by name.
-Bytes Looping() {
-  MovieWriter movie = Begin();
-  ShapeBuilder square;
-  square.Style(square.AddFill(kGreen), square.AddLine(20, kInk)).Rectangle(Box(0, 0, 20, 20));
-  movie.DefineShape(1, square);
-  TagStream hopper;
-  hopper.FrameLabel("low").Place(1, 1, At(0, 40)).FrameEnd();
-  hopper.Move(1, At(0, 20)).FrameEnd();
-  hopper.FrameLabel("high").Move(1, At(0, 0));
-  hopper.FrameActions(ActionBuilder().GotoLabel("low").Op(kActionPlay)).FrameEnd().End();
-  movie.DefineSprite(2, hopper);
-  movie.Place(2, 1, At(10, 20)).FrameEnd();
-  Placement second;
-  second.depth = 2;
-  second.character = 2;
-  second.matrix = At(50, 20);
-  second.name = "second";
-  movie.Place(second).FrameEnd();
-  movie.Place(2, 3, At(90, 20)).FrameEnd();
-  movie.Place(1, 4, At(125, 90));
-  movie.FrameActions(ActionBuilder().GotoFrame(1).Op(kActionPlay)).FrameEnd();
-  movie.End();
-  return movie.Finish();
-}
-
 }  // namespace
 
 std::vector<NamedMovie> StageMovies() {
-  return {{"masks", Masks},
-          {"glass", Glass},
-          {"nested", Nested},
-          {"timelines", Timelines},
-          {"looping", Looping}};
+  return {{"masks", Masks}, {"glass", Glass}, {"nested", Nested}, {"timelines", Timelines}};
 }
 
 }  // namespace vexel::author::golden
