@@ -122,16 +122,14 @@ bool RowPainter::Prepare() {
   for (int32_t i = 0; i < nSources_ && !trackBreaks; i++) {
     trackBreaks = ShowsWhenClear(sources_[i].color, raster_->useBackground);
   }
-  // Only counts feel the order of edges that meet, and only where the ends of
-  // spans count does it show.
+  // Only counts feel the order of edges that meet: at a meeting an outline that
+  // is left open can go on as it was, or end a span and start anew, and what is
+  // still on behind the last edge shows nothing.
   bool counts = false;
-  bool endsCount = trackBreaks;
-  for (int32_t i = 0; i < nSources_; i++) {
-    const Source& s = sources_[i];
-    counts = counts || s.color->ruleKinds == ruleKindCount;
-    endsCount = endsCount || (!s.isClip && (s.transparent || !s.isSolid));
+  for (int32_t i = 0; i < nSources_ && !counts; i++) {
+    counts = sources_[i].color->ruleKinds == ruleKindCount;
   }
-  edges_.Reset(counts && endsCount);
+  edges_.Reset(counts);
   spans_.Clear();
   return on_.Reset(nSources_) && sums_.Reset(raster_->bits->width, trackBreaks);
 }

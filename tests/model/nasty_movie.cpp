@@ -22,6 +22,9 @@ class Maker {
     return r_.Chance(Is(f) ? percent : flavor_ == Flavor::kEverything ? mixed : rest);
   }
 
+  int Any(const std::vector<int>& ids) {
+    return ids[static_cast<size_t>(r_.Int(0, static_cast<int>(ids.size()) - 1))];
+  }
   Mat Placement();
   Mat StyleMatrix(bool gradient);
   void Cxform(Writer& w, bool alpha);
@@ -53,6 +56,7 @@ class Maker {
   Writer out_;
   std::vector<int> placeable_, bitmaps_;
   std::vector<bool> isMorph_ = std::vector<bool>(200);
+  int self_ = 0;  // the sprite that is being written
   int nFillBits_ = 0, nLineBits_ = 0;
   bool tables_ = false;
 };
@@ -178,10 +182,7 @@ void Maker::FillStyle(Writer& w, bool alpha, bool morph) {
     }
   } else if (!bitmaps_.empty() && With(Flavor::kBitmaps, 90, 25, 4)) {
     w.U8(static_cast<uint32_t>(0x40 + r_.Int(0, 3)));
-    w.U16(static_cast<uint32_t>(
-        r_.Chance(3)
-            ? 999
-            : bitmaps_[static_cast<size_t>(r_.Int(0, static_cast<int>(bitmaps_.size()) - 1))]));
+    w.U16(static_cast<uint32_t>(r_.Chance(3) ? 999 : Any(bitmaps_)));
     w.Matrix(StyleMatrix(false));
     if (morph) w.Matrix(StyleMatrix(false));
   } else {
@@ -202,6 +203,7 @@ void Maker::Count(Writer& w, int n) {
 
 void Maker::Styles(Writer& w, bool alpha, bool morph, int* fills, int* lines) {
   *fills = Is(Flavor::kStrokes) ? r_.Int(0, 2) : r_.Int(1, Is(Flavor::kStacks) ? 20 : 5);
+  if (Is(Flavor::kStacks) && !morph && r_.Chance(2)) *fills = 280;  // more than a span holds
   *lines = With(Flavor::kStrokes, 100, 50, 25) ? r_.Int(1, 5) : 0;
   w.Align();
   Count(w, *fills);
@@ -272,7 +274,7 @@ void Maker::Edges(Writer& w, int fills, int lines, bool alpha, bool newStyles, u
   };
   widths();
   Random p(pathSeed);
-  const int paths = p.Int(1, Is(Flavor::kStacks) ? 16 : 5);
+  const int paths = fills > 100 ? 300 : p.Int(1, Is(Flavor::kStacks) ? 16 : 5);
   const int reach = Is(Flavor::kZoom) && p.Chance(30) ? 30000 : span_;
   for (int k = 0; k < paths; ++k) {
     auto wobble = [&](int v) { return jitter ? v + r_.Int(-jitter, jitter) : v; };
@@ -377,7 +379,8 @@ void Maker::Morph(int id) {
   if (r_.Chance(10)) end.bytes.resize(end.bytes.size() / 2);
   styles.Align();
   styles.Append(start.bytes);
-  b.U32(static_cast<uint32_t>(styles.bytes.size()));
+  b.U32(static_cast<uint32_t>(r_.Chance(3) ? r_.Int(-9, 9000)
+                                           : static_cast<int>(styles.bytes.size())));
   b.Append(styles.bytes);
   b.Append(end.bytes);
   out_.Tag(46, b.bytes);
@@ -439,7 +442,7 @@ void Maker::Text(int id, int font) {
     if (flags & 1) b.U16(static_cast<uint32_t>(r_.Int(-200, span_)));
     if (flags & 2) b.U16(static_cast<uint32_t>(r_.Int(-200, span_)));
     if (flags & 8) b.U16(static_cast<uint32_t>(r_.Int(50, 1000)));
-    const int count = r_.Int(1, 6);
+    const int count = r_.Chance(3) ? 0 : r_.Int(1, 6);
     b.U8(static_cast<uint32_t>(count));
     for (int k = 0; k < count; ++k) {
       b.Bits(3, static_cast<uint32_t>(r_.Int(0, 5)));
@@ -454,11 +457,16 @@ void Maker::Text(int id, int font) {
 
 std::vector<uint8_t> Maker::Place(bool main, int moves) {
   Writer b;
-  const int depth = r_.Int(1, Is(Flavor::kStacks) ? 24 : main ? 14 : 5);
-  const int id =
-      r_.Chance(2)
-          ? 998
-          : placeable_[static_cast<size_t>(r_.Int(0, static_cast<int>(placeable_.size()) - 1))];
+  const int depth = r_.Chance(2) ? r_.Int(16382, 16386)
+                                 : r_.Int(1, Is(Flavor::kStacks) ? 24
+                                             : main              ? 14
+                                                                 : 5);
+  int id = r_.Chance(2) ? r_.Int(65531, 65535) : Any(placeable_);
+  if (r_.Chance(2)) id = 998;
+  if (self_ != 0 && r_.Chance(3)) {
+    id = self_;  // once: with two the objects would double at each level
+    self_ = 0;
+  }
   uint32_t flags = 0;
   if (r_.Chance(moves)) flags |= 1;
   if (!(flags & 1) || r_.Chance(20)) flags |= 2;
@@ -491,8 +499,7 @@ void Maker::Frame(Writer& w, bool main, int ops, bool first) {
       w.Tag(26, Place(main, first ? 8 : 45), r_.Chance(5));
     } else if (kind < 85) {
       Writer b;
-      b.U16(static_cast<uint32_t>(
-          placeable_[static_cast<size_t>(r_.Int(0, static_cast<int>(placeable_.size()) - 1))]));
+      b.U16(static_cast<uint32_t>(Any(placeable_)));
       b.U16(static_cast<uint32_t>(r_.Int(1, 14)));
       b.Matrix(Placement());
       if (r_.Chance(40)) Cxform(b, false);
@@ -518,7 +525,9 @@ void Maker::Sprite(int id) {
   Writer b;
   b.U16(static_cast<uint32_t>(id));
   b.U16(static_cast<uint32_t>(frames));
+  self_ = id;
   for (int i = 0; i < frames; ++i) Frame(b, false, r_.Int(0, 4), i == 0);
+  self_ = 0;
   if (r_.Chance(95)) b.Tag(0, {});
   out_.Tag(39, b.bytes);
   placeable_.push_back(id);
@@ -537,7 +546,7 @@ NastyMovie Maker::Make() {
   const int xmin = r_.Chance(25) ? r_.Int(-500, 500) : 0,
             ymin = r_.Chance(25) ? r_.Int(-500, 500) : 0;
   out_.Rectangle(xmin, xmin + width_, ymin, ymin + height_);
-  out_.U16(static_cast<uint32_t>(r_.Int(256, 30 * 256)));
+  out_.U16(static_cast<uint32_t>(r_.Chance(3) ? r_.Int(0, 1) : r_.Int(256, 30 * 256)));
   out_.U16(static_cast<uint32_t>(m.frames));
 
   int id = 1;

@@ -260,6 +260,24 @@ TEST(Raster, WindingCountWrapsAtEightBits) {
   EXPECT_EQ(kit.At(3, 0), kBack);
 }
 
+// Where edges meet, an outline that is left open ends its span and starts anew,
+// or goes on and shows nothing, by the order of the edges.
+TEST(Raster, OpenOutlinesFeelTheOrderOfMeetingEdges) {
+  for (const int8_t first : {1, -1}) {
+    PaintKit kit(4, 1);
+    RColor* c = kit.Solid(kRed);
+    const int8_t second = static_cast<int8_t>(-first);
+    kit.AddLayer({kit.Edge(ruleWinding, c, nullptr, 0, 0, 0, 4, 1),
+                  kit.Edge(ruleWinding, c, nullptr, 8, 0, 8, 4, first),
+                  kit.Edge(ruleWinding, c, nullptr, 8, 0, 8, 4, second)},
+                 c);
+    kit.Paint();
+    EXPECT_EQ(kit.At(0, 0), first == 1 ? kRed : kBack);
+    EXPECT_EQ(kit.At(1, 0), first == 1 ? kRed : kBack);
+    EXPECT_EQ(kit.At(2, 0), kBack);
+  }
+}
+
 TEST(Raster, WindingEdgeWithoutDirectionIsHarmless) {
   PaintKit kit(4, 1);
   RColor* c = kit.Solid(kRed);
