@@ -63,8 +63,6 @@ struct Thread : Parser {
   CharacterRef Placeable(int id);
 };
 
-struct JpegTables;
-
 struct Movie {
   Thread main;
   Stage* stage = nullptr;

@@ -32,9 +32,6 @@ class Maker {
   void FillStyle(Writer& w, bool alpha, bool morph);
   void Count(Writer& w, int n);
   void Styles(Writer& w, bool alpha, bool morph, int* fills, int* lines);
-  struct Path {
-    int x, y;
-  };
   void Move(Writer& w, int x, int y, uint32_t flags, int f0, int f1, int line);
   void EdgeTo(Writer& w, int dx, int dy, int cx, int cy, bool curve);
   void Edges(Writer& w, int fills, int lines, bool alpha, bool newStyles, uint64_t pathSeed,
@@ -55,7 +52,7 @@ class Maker {
   int span_ = 0;                // how far shapes reach, twips
   Writer out_;
   std::vector<int> placeable_, bitmaps_;
-  std::vector<bool> isMorph_ = std::vector<bool>(200);
+
   int self_ = 0;  // the sprite that is being written
   int nFillBits_ = 0, nLineBits_ = 0;
   bool tables_ = false;
@@ -265,7 +262,7 @@ void Maker::EdgeTo(Writer& w, int dx, int dy, int cx, int cy, bool curve) {
 // the two ends of a morph share the first and differ in the second.
 void Maker::Edges(Writer& w, int fills, int lines, bool alpha, bool newStyles, uint64_t pathSeed,
                   int jitter) {
-  nFillBits_ = fills ? Writer::Width(fills) - 1 + (fills > 1 ? 0 : 0) : 0;
+  nFillBits_ = fills ? Writer::Width(fills) - 1 : 0;
   nLineBits_ = lines ? Writer::Width(lines) - 1 : 0;
   auto widths = [&] {
     w.Align();
@@ -385,7 +382,6 @@ void Maker::Morph(int id) {
   b.Append(end.bytes);
   out_.Tag(46, b.bytes);
   placeable_.push_back(id);
-  isMorph_[static_cast<size_t>(id)] = true;
 }
 
 void Maker::Font(int id) {
