@@ -198,7 +198,10 @@ void Object::BuildText(const STransform& t) {
         g.BuildEdges(false, devBounds);
       }
       run.tx += advance;
-    } while (--count != 0 && (wraps ? p.pos < p.Size() - 1 : p.pos < p.Size() || p.bitPos > 0));
+      const i64 left = (p.Size() - 1 - p.pos) * 8 + p.bitPos;
+      if (wraps && glyphBits + advanceBits > left) break;
+      if (p.pos >= p.Size() && p.bitPos == 0) break;
+    } while (--count != 0);
   }
 }
 
