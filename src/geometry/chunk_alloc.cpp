@@ -51,10 +51,8 @@ bool ChunkAlloc::CreateChunk() {
 }
 
 void* ChunkAlloc::AllocElsewhere() {
-  if (freeBlock) {
-    freeBlock = firstBlock;
-    while (freeBlock && !freeBlock->freeList) freeBlock = freeBlock->next;
-  }
+  // The blocks before freeBlock are full: Free moves it to the oldest with room.
+  while (freeBlock && !freeBlock->freeList) freeBlock = freeBlock->next;
   if (!freeBlock && !CreateChunk()) return nullptr;
   return Alloc();
 }

@@ -6,6 +6,13 @@
 
 namespace vexel {
 
+namespace {
+
+// Looking through so many waiting actions costs as much as a tag.
+constexpr uint32_t kStepsPerTag = 64;
+
+}  // namespace
+
 void DisplayList::AddThread(ScriptThread* thread) {
   if (thread->listLink) return;
   thread->next = threads;
@@ -15,6 +22,11 @@ void DisplayList::AddThread(ScriptThread* thread) {
 }
 
 void DisplayList::RemoveThread(ScriptThread* thread) {
+  // Paid for out of the tag budget: sprites that hold themselves come and go by
+  // the ten thousand, each with a full queue to look through.
+  if (tagsLeft > 0) {
+    tagsLeft -= static_cast<int32_t>((actionList.tail - actionList.head) / kStepsPerTag);
+  }
   actionList.RemoveThread(thread);
   if (!thread->listLink) return;
   if (threadCursor == thread) threadCursor = thread->next;
