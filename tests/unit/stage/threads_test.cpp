@@ -48,6 +48,18 @@ TEST_F(Threads, LeavingCancelsQueuedActions) {
   EXPECT_EQ(thread, &b);
 }
 
+TEST_F(Threads, LookingThroughALongQueueIsPaidForInTags) {
+  ScriptThread a, b;
+  a.display = b.display = &stage;
+  const DataSpan block = CopyBytes({0});
+  const int32_t before = stage.tagsLeft;
+  stage.RemoveThread(&b);
+  EXPECT_EQ(stage.tagsLeft, before);
+  for (int i = 0; i < 4096; ++i) stage.actionList.PushAction(block, &a);
+  stage.RemoveThread(&b);
+  EXPECT_EQ(stage.tagsLeft, before - 64);
+}
+
 TEST_F(Threads, TheRoundsCursorMovesOnWhenItsTimelineLeaves) {
   ScriptThread a, b;
   a.display = b.display = &stage;
