@@ -4,11 +4,12 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 say() { printf '== %s\n' "$*"; }
 
-# The Debian packages of packages.txt that this machine lacks, through apt,
-# as root or with sudo.
+# install_packages [PACKAGE...]: the Debian packages of packages.txt, and those
+# named, that this machine lacks; through apt, as root or with sudo.
 install_packages() {
   local wanted missing=() package
   mapfile -t wanted < <(grep -v '^#' "$root/scripts/packages.txt")
+  wanted+=("$@")
   for package in "${wanted[@]}"; do
     dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
   done

@@ -6,12 +6,13 @@
 source "$(dirname "$0")/common.sh"
 
 preset=release
+packages=()
 case "${1:-}" in
   '') ;;
-  --sanitize) preset=sanitize ;;
+  --sanitize) preset=sanitize packages=(clang) ;;
   *) echo "usage: test.sh [--sanitize]" >&2; exit 2 ;;
 esac
-install_packages
+install_packages "${packages[@]}"
 configure_and_build "$preset"
 say "test: preset $preset"
 cd "$root" && ctest --preset "$preset" -j"$(nproc)"

@@ -14,7 +14,7 @@ are at most 3.0.
   tests/art/compare.py --vexel build/bin/vexel              all of tango, all of openmoji
   tests/art/compare.py --vexel build/bin/vexel --sample 75  that many of each set
 
-Needs python3-pil, librsvg2-bin, tango-icon-theme and npm.
+Needs python3-pil, librsvg2-bin, tango-icon-theme and, once, the npm registry.
 """
 
 import argparse
@@ -25,6 +25,7 @@ import subprocess
 import sys
 import tarfile
 import tempfile
+import urllib.request
 
 from PIL import Image, ImageChops, ImageStat
 
@@ -34,7 +35,7 @@ FILE_LIMIT = 3.0
 SHARE_LIMIT = 0.98
 
 TANGO = pathlib.Path("/usr/share/icons/Tango/scalable")
-OPENMOJI = "openmoji@17.0.0"
+OPENMOJI = "https://registry.npmjs.org/openmoji/-/openmoji-17.0.0.tgz"
 OPENMOJI_FOLDER = "package/color/svg/"
 
 # No picture may take the command longer, in seconds.
@@ -50,11 +51,12 @@ def openmoji_files(cache):
     folder = cache / "openmoji"
     if not folder.is_dir():
         with tempfile.TemporaryDirectory(dir=cache) as scratch:
-            packed = subprocess.run(["npm", "pack", "--silent", OPENMOJI], cwd=scratch, check=True,
-                                    capture_output=True, text=True).stdout.split()[-1]
+            packed = pathlib.Path(scratch, "openmoji.tgz")
+            with urllib.request.urlopen(OPENMOJI, timeout=120) as answer:
+                packed.write_bytes(answer.read())
             unpacked = pathlib.Path(scratch, "svg")
             unpacked.mkdir()
-            with tarfile.open(pathlib.Path(scratch, packed)) as archive:
+            with tarfile.open(packed) as archive:
                 for member in archive:
                     name = member.name
                     if member.isfile() and name.startswith(OPENMOJI_FOLDER):
