@@ -6,7 +6,7 @@ source "$(dirname "$0")/common.sh"
 install_packages
 configure_and_build release vexel demos
 movie=${1:-$root/build/share/vexel/harbour.vxf}
-out=$(mktemp -d "${TMPDIR:-/tmp}/vexel-XXXXXX")
+out=$(mktemp -d --suffix=-vexel)
 say "play: $movie"
 "$root/build/bin/vexel" info "$movie"
 "$root/build/bin/vexel" render "$movie" --all -o "$out/frame-%04d.png"
