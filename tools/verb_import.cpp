@@ -1,9 +1,10 @@
-// `vexel import`: a movie made of a picture.
+// `vexel import`: a movie made of a picture, by the program beside this one.
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
 #include <memory>
 
-#include "author/importers.h"
-#include "options.h"
-#include "out_file.h"
 #include "status.h"
 #include "verbs.h"
 
@@ -12,15 +13,12 @@ namespace vexel::tools {
 namespace {
 
 void Import(const std::string& art, const std::string& out) {
-  if (author::ArtKindOfName(art) == author::ArtKind::kUnknown)
-    throw Failure(kMisused, art, "must end in .svg, .png, .jpg or .jpeg");
-  const author::ImportResult result = author::ImportArtFile(art);
-  if (!result.ok) throw Failure(kFailed, art, result.error);
-  for (const author::ImportWarning& warning : result.warnings) {
-    Warn(art, warning.count == 1 ? warning.what
-                                 : warning.what + " (" + std::to_string(warning.count) + " times)");
-  }
-  WriteWholeFile(out, result.movie.data(), result.movie.size());
+  std::error_code error;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::string worker = (self.parent_path() / "vexel-import").string();
+  std::fflush(stdout);
+  execl(worker.c_str(), "vexel-import", art.c_str(), out.c_str(), static_cast<char*>(nullptr));
+  throw Failure(kFailed, worker, "cannot be run: " + SystemError());
 }
 
 }  // namespace
