@@ -8,6 +8,7 @@ target=$1
 seconds=${2:-60}
 cd "${BUILD:-$here/../build-fuzz}"
 mkdir -p "found/$target"
+[ -d seeds ] || bin/make_seeds seeds
 set --
 if [ -f "$here/$target.dict" ]; then set -- "-dict=$here/$target.dict"; fi
 exec bin/fuzz_"$target" -rss_limit_mb=1536 -timeout=60 -max_len=16384 \
