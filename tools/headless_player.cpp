@@ -42,9 +42,12 @@ void AdvanceTick(uint32_t ms) {
   g_tick += ms;
 }
 
-HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view) {
+StandingClock::StandingClock() {
   SetTick(kFirstTick);
   SetTickClock(Tick);
+}
+
+HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view) {
   const int32_t width = view.width ? view.width : movie.width;
   const int32_t height = view.width ? view.height : movie.height;
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";

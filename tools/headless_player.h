@@ -25,7 +25,13 @@ inline constexpr uint32_t kFirstTick = 1000;
 void SetTick(uint32_t tick);
 void AdvanceTick(uint32_t ms);
 
-class HeadlessPlayer : public SPlayer {
+// A base of its own, so that the clock stands before the player is made: the
+// player notes the tick of its construction.
+struct StandingClock {
+  StandingClock();
+};
+
+class HeadlessPlayer : private StandingClock, public SPlayer {
  public:
   // Takes the whole movie in, as far as it can be shown, and draws nothing.
   // Throws Failure for a size out of range and without memory.

@@ -1,9 +1,11 @@
 // Construction of a player, and what it tells each movie about itself.
 #include "player/splayer.h"
 
+#include "player/text.h"
+
 namespace vexel {
 
-SPlayer::SPlayer() {
+SPlayer::SPlayer() : startTime(GetTime()) {
   RectSetEmpty(&zoomRect);
   // The base has a `display` of its own, a pointer, as every timeline has. The
   // stage ends before the base does, and clears it then.

@@ -10,6 +10,7 @@
 #include "geometry/point.h"
 #include "geometry/rect.h"
 #include "movie/script_player.h"
+#include "movie/weak.h"
 #include "raster/bit_buffer.h"
 #include "stage/display_list.h"
 
@@ -96,9 +97,6 @@ class SPlayer : public ScriptPlayer {
   // One step of every timeline, and the actions that it queued. False if there
   // was no tag to read and nothing was queued: the next step would be the same.
   bool StepThreads();
-  // Takes all queued action blocks off the queue. Nothing interprets them yet:
-  // blocks are dropped until an interpreter runs them.
-  void DoActions();
   void Run();
   void Suspend();
 
@@ -140,6 +138,76 @@ class SPlayer : public ScriptPlayer {
   // client area. Nothing unless zoomed.
   void Pan(int32_t dx, int32_t dy, int32_t mode);
 
+  // --- Actions (actions.cpp) ---
+
+  // Runs all queued action blocks, those included that they queue themselves;
+  // then tells the platform what they asked of it. Nothing before the first
+  // frame has been shown, nor inside a run. Once a run has gone through too
+  // many actions, no action runs ever again.
+  void DoActions();
+  // Runs the actions of one frame of `thread` at once, and shows the result.
+  // False, with nothing run, for a null thread and a frame it doesn't have.
+  bool CallFrame(ScriptThread* thread, int32_t frame);
+
+  // The value stack, which outlives a run. Push copies; null pushes nothing,
+  // and without memory the value is lost. Pop gives the caller a text for
+  // FreeStr: an empty one from an empty stack, null without memory.
+  void Push(const char* text);
+  char* Pop();
+  // Numbers are texts too: what is popped is what the text of the pushed
+  // number reads as, 0 for a text that is none.
+  void PushNum(double value);
+  double PopNum();
+
+  // --- Targets, variables and properties (targets.cpp, properties.cpp) ---
+
+  // The timeline at the path of names separated by slashes, from `start`; null
+  // if there is none. A leading slash starts at the top of the layer, ".." is
+  // the parent, and a layer's name may begin a path.
+  ScriptThread* FindTarget(SObject* start, const char* path);
+  // The path of `object` from its layer's top, for FreeStr.
+  char* GetTargetPath(SObject* object);
+  // The timeline that `text`, "path:name" or "name", speaks of, from `thread`
+  // or the player if that is null, or null; `*name` points into `text`.
+  ScriptThread* ResolveVariable(const char* text, ScriptThread* thread, const char** name);
+  // The same for "path:frame" or "frame", a number from 1 or a label; null if
+  // it names no frame. `*frame` counts from 0.
+  ScriptThread* ResolveFrameNum(const char* text, ScriptThread* thread, int32_t* frame);
+  // The text of a variable, for FreeStr, or null.
+  char* GetVariable(ScriptThread* thread, const char* name);
+  using ScriptThread::SetVariable;
+  void SetVariable(ScriptThread* thread, const char* name, const char* value);
+
+  // The properties by number; 0 for a null thread and any other number.
+  double GetProperty(ScriptThread* thread, int32_t index);
+  void SetProperty(ScriptThread* thread, int32_t index, double value);
+  // The same as texts. The result is for FreeStr, null for a null thread.
+  char* GetPropertyStr(ScriptThread* thread, int32_t index);
+  void SetPropertyStr(ScriptThread* thread, int32_t index, const char* value);
+
+  // A movie that takes a form-encoded text and, with SetDataComplete, gives
+  // its fields to the timeline `target`, or to the layer without one, and
+  // deletes itself. Null without memory.
+  ScriptPlayer* OpenVariableLoader(int32_t layer, const char* target);
+
+  // --- Pointer and keys (pointer.cpp, drag.cpp, keys.cpp) ---
+
+  // Points are pixels of the client area. Nothing before the first frame has
+  // been shown.
+  void MouseDown(const SPOINT* pt);
+  void MouseMove(const SPOINT* pt, bool mouseIsDown);
+  void MouseUp(const SPOINT* pt);
+  // The pointer is at `pt`; or, from the keyboard, it acts on `button`.
+  void DoButton(const SPOINT* pt, bool mouseIsDown, bool updateScreen);
+  void DoButton(SObject* button, bool mouseIsDown, bool updateScreen);
+  // The host took the pointer away; `clearMouse` forgets where it was.
+  void CancelCapture(bool clearMouse);
+  void UpdateDragObject(const SPOINT* pt);
+  void UpdateDropTarget();
+  // True if something in the movie wanted the key.
+  bool HandleKeyDown(int32_t key, int32_t modifiers);
+  void HandleKeyUp(int32_t key, int32_t modifiers);
+
   DisplayList display;
   CBitBuffer bits;  // the off-screen picture
 
@@ -155,6 +223,20 @@ class SPlayer : public ScriptPlayer {
 
   int32_t scaleMode = 0;
   SRECT zoomRect;  // the part shown, twentieths; empty when all of `frame` is
+
+  int32_t bufferTime = 5;      // property 18: a number that scripts may keep here
+  bool actionsHalted = false;  // a run went through too many actions; never cleared
+  bool hostStopped = true;     // the host's clock stands; the platform keeps it
+
+  WeakSlot<SObject> dragObject;  // what a script lets follow the pointer
+  bool dragging = false;
+  SPOINT dragPoint = {0, 0};   // where the pointer was when it last moved the object, pixels
+  bool panning = false;        // a press on a zoomed view moves it
+  SPOINT panPoint = {0, 0};    // pixels
+  int32_t mouseState = -1;     // -1 the pointer is not on the stage, 0 up, 1 down
+  SPOINT mousePoint = {0, 0};  // pixels
+
+  uint32_t startTime;  // tick of the construction, origin of a script's time
 
   int32_t actionDepth = 0;     // 1 while DoActions runs
   uint32_t nextFrameTime = 0;  // when the next frame falls due, tick time

@@ -16,15 +16,23 @@
 
 namespace vexel::test {
 
-class TestPlayer : public SPlayer {
+// Before the player is made, which notes the tick of its construction.
+struct TestClock {
+  TestClock() {
+    SetTickClock([] { return std::exchange(tick, tick + tickStep); });
+    tick = 1000;
+    tickStep = 0;
+  }
+  static inline uint32_t tick = 1000;   // what GetTime() answers
+  static inline uint32_t tickStep = 0;  // how far the clock moves with each question
+};
+
+class TestPlayer : public TestClock, public SPlayer {
  public:
   // A client area of `width` x `height` pixels with a 32-bit buffer of that
   // size, its camera set up and everything dirty. Sides of 0 leave it without
   // pixels.
   explicit TestPlayer(int width = 100, int height = 100) : client{0, width, 0, height} {
-    SetTickClock([] { return std::exchange(tick, tick + tickStep); });
-    tick = 1000;
-    tickStep = 0;
     if (width > 0 && height > 0) {
       const bool made = bits.CreateBits(pix32, nullptr, width, height);
       (void)made;
@@ -68,8 +76,6 @@ class TestPlayer : public SPlayer {
   // What was called since the last time, one name and a space each.
   std::string TakeCalls() { return std::exchange(calls, std::string()); }
 
-  static inline uint32_t tick = 1000;   // what GetTime() answers
-  static inline uint32_t tickStep = 0;  // how far the clock moves with each question
   SRECT client;
   bool timerStarts = true;
   std::string calls;
