@@ -65,6 +65,8 @@ void SObject::Free() {
   }
   FreeStr(name);
   name = nullptr;
+  FreeStr(dropTarget);
+  dropTarget = nullptr;
 }
 
 void SObject::CalcDevBounds(const MATRIX* m) {

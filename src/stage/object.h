@@ -67,7 +67,14 @@ struct SObject {
   bool drawn = false;             // has joined a paint since its bounds were last invalidated
   bool dirty = false;             // changed since the last CalcUpdate
   bool visible = true;            // clear: the subtree is neither drawn nor hit
-  uint16_t clipDepth = 0;    // not 0: masks the following siblings up to and including this depth
+  uint16_t clipDepth = 0;  // not 0: masks the following siblings up to and including this depth
+
+  // Of a drag: the object's origin follows the pointer, rather than the point
+  // that was grabbed; where its origin may go, in its parent's units, or empty.
+  bool dragCenter = false;
+  SRECT dragConstraint = {kEmptyCoord, kEmptyCoord, kEmptyCoord, kEmptyCoord};
+  char* dropTarget = nullptr;  // owned: path of what lies under the dragged object, or null
+
   REdge* edges = nullptr;    // cache, from the display's edge pool
   RColor* colors = nullptr;  // cache, from the display's colour pool
 
@@ -107,5 +114,11 @@ struct SObject {
   // Adds a mask and the siblings that it clips; returns the next sibling.
   SObject* DrawClipBracket(CRaster* raster, STransform t, RColor* clipper);
 };
+
+// The box of the object and all below it, under its own transform: in the
+// units of its parent, or, with `m`, where `m` maps those. Unseen objects
+// count, masks cut nothing off, and a morph has its start shape's bounds.
+void GetBoundingBox(const SObject* object, SRECT* out);
+void GetBoundingBox(const SObject* object, const MATRIX* m, SRECT* out);
 
 }  // namespace vexel
