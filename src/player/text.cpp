@@ -43,6 +43,14 @@ bool StrEqual(const char* a, const char* b) {
   return false;
 }
 
+const char* StripPrefix(const char* text, const char* prefix) {
+  if (!text || !prefix) return nullptr;
+  for (; *prefix; ++text, ++prefix) {
+    if (LowerAscii(*text) != LowerAscii(*prefix)) return nullptr;
+  }
+  return text;
+}
+
 int32_t ToInt(const char* text) {
   int64_t value = 0;
   if (!text) return 0;

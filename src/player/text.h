@@ -16,6 +16,10 @@ void FreeStr(char* text);
 // Equal without regard to the case of ASCII letters; false if either is null.
 bool StrEqual(const char* a, const char* b);
 
+// What follows `prefix` in `text`, or null if `text` starts otherwise; the case
+// of ASCII letters is ignored.
+const char* StripPrefix(const char* text, const char* prefix);
+
 // The decimal digits at the start, stopping at the first other character; 0
 // if there is none. Saturates at 0x7FFFFFFF.
 int32_t ToInt(const char* text);
