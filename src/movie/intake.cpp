@@ -90,21 +90,20 @@ bool ScriptPlayer::TakeHeader(const uint8_t** data, int32_t* n) {
   *n -= taken;
   if (headerBytes < kMovieHeaderBytes) return false;
 
-  const uint32_t declared = static_cast<uint32_t>(LittleDWord(headerBuf + 4));
+  // A signed number, so a length from 2 GB on is a bad one.
+  const int32_t declared = LittleDWord(headerBuf + 4);
   if (memcmp(headerBuf, kSignature, sizeof kSignature) != 0 || declared < kMovieHeaderBytes) {
     scriptErr = kScriptBadHeader;
     return false;
   }
   DataRef block;
-  if (declared <= static_cast<uint32_t>(kMaxMovieBytes)) {
-    block = DataRef::Adopt(DataBlock::Create(static_cast<int32_t>(declared)));
-  }
+  if (declared <= kMaxMovieBytes) block = DataRef::Adopt(DataBlock::Create(declared));
   if (!block) {
     scriptErr = kScriptNoMemory;
     return false;
   }
   version = headerBuf[3];
-  scriptLen = static_cast<int32_t>(declared);
+  scriptLen = declared;
   memcpy(block.Bytes(), headerBuf, kMovieHeaderBytes);
   AttachScript({block, block.Bytes(), scriptLen});
   len = kMovieHeaderBytes;
