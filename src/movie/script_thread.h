@@ -68,8 +68,10 @@ class ScriptThread : public SParser {
 
   // Steps a playing timeline by `delta` frames. A root timeline runs no further
   // than the frames that have arrived. At the end it goes back to frame 0, or
-  // stops if it does not loop or has one frame only.
-  void DoFrame(int32_t delta);
+  // stops if it does not loop or has one frame only. With `force` a stopped one
+  // moves too, and the frame is rebuilt as a backward seek does it, although the
+  // timeline may stand there already.
+  void DoFrame(int32_t delta, bool force = false);
   // With `rewind`, a timeline that stands at its end and does not loop starts
   // over.
   void Play(bool rewind);

@@ -1,4 +1,6 @@
 // Running a timeline: one tag, the tags of a frame, a seek, a step.
+#include <cstring>
+
 #include "movie/script_player.h"
 #include "movie/script_thread.h"
 #include "movie/tags.h"
@@ -20,6 +22,30 @@ void BackgroundColor(ScriptThread* thread) {
 void FrameActions(ScriptThread* thread) {
   if (thread->seeking || !thread->display) return;
   thread->display->actionList.PushAction(thread->AttachData(thread->pos, thread->tagEnd), thread);
+}
+
+// The text of the label tag at the reader's position; one that its tag does not
+// close reads as empty, since at each of many labels the NUL could be as far as
+// the movie's end.
+const char* LabelOfTag(const SParser& at) {
+  const uint8_t* text = at.script + at.pos;
+  const void* nul = memchr(text, 0, static_cast<size_t>(at.tagEnd - at.pos));
+  return nul ? reinterpret_cast<const char*>(text) : "";
+}
+
+// Whether the text at the reader's position is `label`. Looks at no more of it
+// than `label` is long: a text may lack its NUL and run through the whole movie.
+bool IsLabel(const SParser& at, const char* label) {
+  const int64_t room = int64_t{at.dataEnd} - at.pos;
+  const int64_t length = static_cast<int64_t>(strlen(label));
+  if (room < length) return false;
+  const char* text = reinterpret_cast<const char*>(at.script) + at.pos;
+  // The end of the data ends a text as well, but StrEqual needs a NUL.
+  if (room > length) return text[length] == 0 && StrEqual(text, label);
+  char* copy = CreateStr(text, static_cast<int32_t>(length));
+  const bool equal = StrEqual(copy, label);
+  FreeStr(copy);
+  return equal;
 }
 
 void FreeCharacterTag(ScriptThread* thread) {
@@ -150,7 +176,7 @@ int32_t ScriptThread::DoTag() {
       DefineSprite();
       break;
     case kTagFrameLabel:
-      currentLabel = GetStringP();
+      currentLabel = LabelOfTag(*this);
       break;
     case kTagDefineMorphShape:
       DefineMorphShape();
@@ -198,13 +224,18 @@ int32_t ScriptThread::Seek(int32_t frame) {
   return DrawFrame(frame < 0 ? 0 : frame, true);
 }
 
-void ScriptThread::DoFrame(int32_t delta) {
-  if (!playing) return;
+void ScriptThread::DoFrame(int32_t delta, bool force) {
+  if (!playing && !force) return;
   int32_t target = WrapAdd(curFrame, delta);
   if (IsRoot() && !player->IsComplete() && target > player->numFramesComplete) {
     target = player->numFramesComplete;
   }
-  const int32_t result = DrawFrame(target, false);
+  if (force) {
+    // Standing one frame further on makes the way to the old one lead back.
+    target = curFrame;
+    curFrame = WrapAdd(curFrame, 1);
+  }
+  const int32_t result = DrawFrame(target, force);
   if (result < 0) {
     playing = false;
   } else if (result == kScriptAtEnd) {
@@ -223,6 +254,7 @@ void ScriptThread::Play(bool rewind) {
 
 // Walks on a parser of its own, so the timeline itself does not move.
 int32_t ScriptThread::FindLabel(const char* label) const {
+  if (!label) return -1;
   SParser walk(script, dataEnd, startPos);
   int32_t frame = 0;
   int32_t code;
@@ -230,7 +262,7 @@ int32_t ScriptThread::FindLabel(const char* label) const {
     if (display && --display->tagsLeft <= 0) break;
     if (code == kTagFrameEnd) {
       ++frame;
-    } else if (code == kTagFrameLabel && StrEqual(walk.GetStringP(), label)) {
+    } else if (code == kTagFrameLabel && IsLabel(walk, label)) {
       return frame;
     }
     walk.pos = walk.tagEnd;

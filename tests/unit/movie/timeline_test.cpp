@@ -1,9 +1,11 @@
 // Running timelines: tags, frames, seeks, labels.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 
 #include "author/writer.h"
+#include "movie/tags.h"
 #include "support/check_stage.h"
 #include "support/test_player.h"
 
@@ -318,6 +320,62 @@ TEST_F(Timeline, FindLabelIgnoresTheCaseOfLetters) {
   EXPECT_EQ(player.FindLabel("end"), -1);
   EXPECT_EQ(player.FindLabel(nullptr), -1);
   EXPECT_EQ(player.pos, at);
+}
+
+// A label tag of any body, which need not end in a NUL.
+Bytes MovieThatEndsIn(const Bytes& label) {
+  MovieWriter movie(100, 100);
+  movie.FrameEnd().FrameEnd().Tag(kTagFrameLabel, label);
+  return movie.Finish();
+}
+
+TEST_F(Timeline, FindLabelTakesTheEndOfTheDataForTheEndOfALabel) {
+  Take(MovieThatEndsIn({'o', 'P', 'e', 'n'}));
+  EXPECT_EQ(player.FindLabel("open"), 2);
+  EXPECT_EQ(player.FindLabel("ope"), -1);
+  EXPECT_EQ(player.FindLabel("opens"), -1);
+}
+
+TEST_F(Timeline, LabelsMayBeEmpty) {
+  Take(MovieThatEndsIn({}));
+  EXPECT_EQ(player.FindLabel(""), 2);
+  EXPECT_EQ(player.FindLabel("a"), -1);
+}
+
+TEST_F(Timeline, LabelThatItsTagDoesNotCloseRunsIntoTheNextTagWhenSearchedFor) {
+  MovieWriter movie(100, 100);
+  // The next tag's header is the bytes 0x41 0x00: an "A" and the NUL.
+  movie.FrameEnd().Tag(kTagFrameLabel, Bytes{'o', 'p'}).Tag(kTagFrameEnd, Bytes{1}).End();
+  Take(movie.Finish());
+  EXPECT_EQ(player.FindLabel("opA"), 1);
+  player.Seek(1);
+  EXPECT_STREQ(player.currentLabel, "");
+}
+
+TEST_F(Timeline, HalfAMillionLabelsWithoutANulAreRunAndSearchedInNoTime) {
+  MovieWriter movie(100, 100);
+  for (int i = 0; i < 500000; ++i) movie.Tag(kTagFrameLabel, Bytes());
+  movie.FrameEnd();
+  const Bytes bytes = movie.Finish();
+  Take(bytes);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(player.Seek(0), kScriptOk);
+  EXPECT_EQ(player.FindLabel("none"), -1);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
+TEST_F(Timeline, ForcedStepRebuildsTheFrameThatItStandsOn) {
+  Take(Frames(4));
+  player.Seek(2);
+  EXPECT_EQ(Queued(), "2");
+  SObject* kept = player.rootObject->firstChild;
+  player.DoFrame(1);
+  EXPECT_EQ(Queued(), "");
+  player.DoFrame(1, true);
+  EXPECT_EQ(player.curFrame, 2);
+  EXPECT_EQ(Queued(), "2");
+  EXPECT_EQ(player.rootObject->firstChild, kept);
+  EXPECT_FALSE(player.playing);
 }
 
 TEST_F(Timeline, FindLabelKnowsOnlyWhatHasArrived) {
