@@ -25,6 +25,7 @@ ScriptPlayer* FindLayer(ScriptPlayer* head, int32_t layer) {
 }
 
 int32_t LayerNum(const char* name) {
+  if (!name) return -1;
   if (strncasecmp(name, "_vexel", kLayerPrefixLength) != 0 &&
       strncasecmp(name, "_level", kLayerPrefixLength) != 0) {
     return -1;

@@ -54,6 +54,7 @@ void SPlayer::DoActions() {
 
 void SPlayer::DoPlay(uint32_t time) {
   if (!loaded || actionDepth != 0) return;
+  display.ResetTagBudget();
   const uint32_t now = GetTime();
   // Required: only the whole part of the rate counts, and the product wraps.
   const uint32_t rate = static_cast<uint32_t>(Asr(frameRate, 16));
@@ -76,7 +77,6 @@ void SPlayer::DoPlay(uint32_t time) {
   if (due < 1) return;
 
   nextFrameTime = now + static_cast<uint32_t>(frameDelay);
-  display.ResetTagBudget();
   // A round that changes nothing would be followed by equal ones, however many
   // are due.
   while (due > 0 && display.tagsLeft > 0 && StepThreads()) --due;

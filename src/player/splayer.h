@@ -257,7 +257,7 @@ class SPlayer : public ScriptPlayer {
 ScriptPlayer* FindLayer(ScriptPlayer* head, int32_t layer);
 
 // The number in a layer's name, "_level3" or "_vexel3" in any case; 0 when no
-// digit follows, and -1 for any other name.
+// digit follows, and -1 for any other name and for null.
 int32_t LayerNum(const char* name);
 
 // Tells `movie` which player it runs in: its variable "$version" becomes the

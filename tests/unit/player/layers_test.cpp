@@ -19,6 +19,7 @@ author::Bytes SmallMovie() {
 }
 
 TEST(LayerNumTest, ReadsTheDigitsBehindALayersName) {
+  EXPECT_EQ(LayerNum(nullptr), -1);
   EXPECT_EQ(LayerNum("_level"), 0);
   EXPECT_EQ(LayerNum("_LEVEL3x"), 3);
   EXPECT_EQ(LayerNum("_vexel12/a"), 12);

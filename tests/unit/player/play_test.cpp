@@ -106,6 +106,16 @@ TEST_F(Playing, ASeekOfTheHostRunsOneFrameFromThere) {
   EXPECT_EQ(player.lastPlayTime, 5000u);
 }
 
+TEST_F(Playing, ASeekOfTheHostHasTheWholeTagBudget) {
+  Load(EmptyMovie(100));
+  player.DoPlay(0);
+  player.display.tagsLeft = 0;
+  player.seekPending = true;
+  player.seekFrame = 40;
+  player.DoPlay(5000);
+  EXPECT_EQ(player.CurrentFrame(), 41);
+}
+
 TEST_F(Playing, NothingPlaysBeforeTheFirstFrameOrWhileActionsRun) {
   player.DoPlay(1000);
   EXPECT_TRUE(player.firstPlay);
