@@ -29,9 +29,9 @@ std::string HexText(std::span<const uint8_t> bytes) {
   return text;
 }
 
-std::string HexNumber(unsigned value) {
-  char text[16];
-  std::snprintf(text, sizeof(text), "0x%02x", value);
+std::string HexNumber(const char* before, unsigned value) {
+  char text[32];
+  std::snprintf(text, sizeof(text), "%s0x%02x", before, value);
   return text;
 }
 
@@ -61,7 +61,7 @@ class Disassembler {
     if (endIsOwn_) return std::move(out_);
     for (size_t at = tail_; at < block_.size(); at += kBytesPerLine) {
       const size_t size = std::min(kBytesPerLine, block_.size() - at);
-      Line("bytes " + HexText(block_.subspan(at, size)));
+      Line(std::string("bytes ").append(HexText(block_.subspan(at, size))));
     }
     Line("noend");
     return std::move(out_);
@@ -97,7 +97,7 @@ class Disassembler {
       if (IsBoundary(target)) labels_[static_cast<size_t>(target)];
     }
     int number = 0;
-    for (auto& [at, name] : labels_) name = "L" + std::to_string(++number);
+    for (auto& [at, label] : labels_) label = ++number;
   }
 
   bool IsBoundary(int64_t target) const {
@@ -110,32 +110,38 @@ class Disassembler {
     return found != actions_.end() && found->at == at;
   }
 
+  static std::string LabelText(int number) {
+    std::string text(1, 'L');
+    return text += std::to_string(number);
+  }
+
   void PrintLabel(size_t at) {
     const auto found = labels_.find(at);
-    if (found != labels_.end()) Line(found->second + ":");
+    if (found != labels_.end()) Line(LabelText(found->second) + ":");
   }
 
   void Line(const std::string& text) { out_ += indent_ + text + "\n"; }
 
   std::string ActionText(const ActionView& action) const {
     if (!action.info) {
-      std::string text = "action " + HexNumber(action.code);
-      if (!action.operands.empty()) text += " " + HexText(action.operands);
+      std::string text = HexNumber("action ", action.code);
+      if (!action.operands.empty()) text.append(" ").append(HexText(action.operands));
       return text;
     }
     std::string text = Mnemonic(*action.info);
     const std::optional<size_t> size = OperandSize(action);
     if (!size) {
       text += " raw";
-      if (!action.operands.empty()) text += " " + HexText(action.operands);
+      if (!action.operands.empty()) text.append(" ").append(HexText(action.operands));
       return text;
     }
-    text += OperandText(action);
+    if (action.info->operands != ActionOperands::kNone)
+      text.append(" ").append(OperandText(action));
     if (*size < action.operands.size()) {
-      text += " surplus " + HexText(action.operands.subspan(*size));
+      text.append(" surplus ").append(HexText(action.operands.subspan(*size)));
     }
     if (IsJump(action) && !IsBoundary(JumpTarget(action))) {
-      text += "  // " + PlaceText(JumpTarget(action));
+      text.append("  // ").append(PlaceText(JumpTarget(action)));
     }
     return text;
   }
@@ -146,26 +152,26 @@ class Disassembler {
       case ActionOperands::kNone:
         return "";
       case ActionOperands::kFrame:
-        return " " + std::to_string(ReadBits(bytes, 2));
+        return std::to_string(ReadBits(bytes, 2));
       case ActionOperands::kFrameAndSkip:
-        return " " + std::to_string(ReadBits(bytes, 2)) + " skip " + std::to_string(bytes[2]);
+        return std::to_string(ReadBits(bytes, 2)) + " skip " + std::to_string(bytes[2]);
       case ActionOperands::kSkip:
-        return " skip " + std::to_string(bytes[0]);
+        return std::string("skip ").append(std::to_string(bytes[0]));
       case ActionOperands::kText:
-        return " " + QuoteText(TextAt(bytes));
+        return QuoteText(TextAt(bytes));
       case ActionOperands::kTwoTexts: {
         const std::string_view first = TextAt(bytes);
-        return " " + QuoteText(first) + " " + QuoteText(TextAt(bytes.subspan(first.size() + 1)));
+        return QuoteText(first) + " " + QuoteText(TextAt(bytes.subspan(first.size() + 1)));
       }
       case ActionOperands::kFlags:
-        return " " + FlagsText(*action.info, bytes[0]);
+        return FlagsText(*action.info, bytes[0]);
       case ActionOperands::kValue:
-        if (bytes[0] == 1) return " " + FloatText(ReadBits(bytes.subspan(1), 4));
-        return " " + QuoteText(TextAt(bytes.subspan(1)));
+        if (bytes[0] == 1) return FloatText(ReadBits(bytes.subspan(1), 4));
+        return QuoteText(TextAt(bytes.subspan(1)));
       case ActionOperands::kOffset: {
         const int64_t target = JumpTarget(action);
-        if (IsBoundary(target)) return " " + labels_.at(static_cast<size_t>(target));
-        return " by " + std::to_string(JumpOffset(action));
+        if (IsBoundary(target)) return LabelText(labels_.at(static_cast<size_t>(target)));
+        return std::string("by ").append(std::to_string(JumpOffset(action)));
       }
     }
     return "";
@@ -182,9 +188,9 @@ class Disassembler {
   std::span<const uint8_t> block_;
   std::string indent_;
   std::vector<ActionView> actions_;
-  size_t tail_ = 0;        // behind the last action that is printed as one
-  bool endIsOwn_ = false;  // at tail_ stands the end byte that blocks get anyway
-  std::map<size_t, std::string> labels_;
+  size_t tail_ = 0;               // behind the last action that is printed as one
+  bool endIsOwn_ = false;         // at tail_ stands the end byte that blocks get anyway
+  std::map<size_t, int> labels_;  // their numbers, by place
   std::string out_;
 };
 

@@ -14,10 +14,7 @@ struct FlagWord {
 };
 
 constexpr FlagWord kUrlWords[] = {
-    {kUrlGet, "get"},
-    {kUrlPost, "post"},
-    {kUrlTarget, "target"},
-    {kUrlVariables, "variables"},
+    {kUrlGet, "get"}, {kUrlPost, "post"}, {kUrlTarget, "target"}, {kUrlVariables, "variables"},
     {0, "none"},
 };
 constexpr FlagWord kGotoWords[] = {
