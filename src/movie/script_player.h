@@ -40,6 +40,9 @@ class ScriptPlayer : public ScriptThread {
   // Called by the feeder after each PushDataBuf: shows the first frame of layer
   // 0 as soon as it has arrived, and starts the player.
   void PushDataComplete();
+  // Called by the feeder at the end of a loaded text: sets its variables, and
+  // deletes this movie. Nothing unless it is a `variableLoader`.
+  void SetDataComplete();
   // True once all declared bytes are in.
   bool IsComplete() const { return scriptLen >= 0 && len >= scriptLen; }
 
