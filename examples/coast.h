@@ -1,5 +1,4 @@
-// The lie of the land that the drawn harbour and its photograph share, in
-// pixels of the 800 by 450 view.
+// The lie of the land around the harbour, in pixels of the 800 by 450 view.
 #pragma once
 
 namespace harbour {

@@ -1,6 +1,6 @@
 // A harbour at dusk, 120 frames that close into a loop: a light turns, boats
 // ride the swell, gulls cross, and a spyglass wanders over the view and shows
-// the same place by night, in a photograph.
+// the woods behind the hills, in a photograph.
 //
 // Every part is a sprite with a timeline of its own, its length a divisor of
 // 120; the root timeline carries them about.
@@ -8,10 +8,11 @@
 #include <cstdio>
 #include <functional>
 #include <set>
+#include <string>
 
 #include "author/writer.h"
 #include "coast.h"
-#include "night_photo.h"
+#include "photo.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ using harbour::kWidth;
 
 constexpr int kFrames = 120;
 constexpr double kRate = 24;
+constexpr double kPhotoPlace = 0.4;  // more of the meadow below goes than of the sky
 constexpr double kTau = 6.283185307179586;
 
 // Movie units of pixels.
@@ -89,7 +91,8 @@ class Stage {
 // The whole movie, as it grows.
 class Harbour {
  public:
-  Harbour() : movie_(kWidth, kHeight, kRate) {}
+  // `photo`, of the size of the view, shows in the spyglass.
+  explicit Harbour(const Picture& photo) : movie_(kWidth, kHeight, kRate), photo_(photo) {}
 
   Bytes Make();
 
@@ -135,6 +138,7 @@ class Harbour {
   uint16_t Rim(double radius);
 
   MovieWriter movie_;
+  const Picture& photo_;
   uint16_t last_ = 0;
 };
 
@@ -495,7 +499,7 @@ uint16_t Harbour::Disc(double radius) {
 
 uint16_t Harbour::Photo() {
   const uint16_t bitmap = ++last_;
-  movie_.DefineJpeg(bitmap, EncodeJpeg(harbour::NightPhoto(), 82));
+  movie_.DefineJpeg(bitmap, EncodeJpeg(photo_, 82));
   ShapeBuilder shape;
   shape.Style(shape.AddFill(FillStyle::Bitmap(bitmap, Matrix::Scale(kPixel, kPixel), true)));
   return Define(shape.Rectangle(Box(0, 0, kWidth, kHeight)));
@@ -614,11 +618,18 @@ Bytes Harbour::Make() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fputs("usage: demo_harbour OUT\n", stderr);
+  if (argc != 3) {
+    std::fputs("usage: demo_harbour OUT PHOTOS\n", stderr);
     return 2;
   }
-  if (!WriteFile(argv[1], Harbour().Make())) {
+  const std::string file = std::string(argv[2]) + "/aitzgorri_by_Aitzol_Berasategi.jpg";
+  Picture photo;
+  std::string error;
+  if (!demo::ReadPhoto(file, kWidth, kHeight, kPhotoPlace, &photo, &error)) {
+    std::fprintf(stderr, "demo_harbour: %s: %s\n", file.c_str(), error.c_str());
+    return 1;
+  }
+  if (!WriteFile(argv[1], Harbour(photo).Make())) {
     std::fprintf(stderr, "demo_harbour: %s: cannot write\n", argv[1]);
     return 1;
   }
