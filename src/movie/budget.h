@@ -17,6 +17,6 @@ inline constexpr int64_t kMaxBitmapBytes = 1LL << 30;  // all decoded bitmaps to
 inline constexpr int32_t kMaxMovieBytes = 0x1FFFFFFF;  // declared length of a movie
 inline constexpr int32_t kMaxLoadedText = 64 << 20;    // bytes of a loaded variable text
 inline constexpr int32_t kMaxVariables = 65536;        // variables of one timeline
-inline constexpr int32_t kMaxTextBytes = 1 << 20;      // one text that scripts keep
+inline constexpr int32_t kMaxValueText = 1 << 20;      // bytes of one script value
 
 }  // namespace vexel

@@ -105,7 +105,7 @@ char* SPlayer::GetTargetPath(SObject* object) {
   const int64_t levelLength = static_cast<int64_t>(strlen(level));
   length += levelLength;
   if (length == 0) return CreateStr("/");
-  if (length > kMaxTextBytes) return nullptr;
+  if (length > kMaxValueText) return nullptr;
 
   char* path = static_cast<char*>(malloc(static_cast<size_t>(length) + 1));
   if (!path) return nullptr;
