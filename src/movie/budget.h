@@ -18,5 +18,7 @@ inline constexpr int32_t kMaxMovieBytes = 0x1FFFFFFF;  // declared length of a m
 inline constexpr int32_t kMaxLoadedText = 64 << 20;    // bytes of a loaded variable text
 inline constexpr int32_t kMaxVariables = 65536;        // variables of one timeline
 inline constexpr int32_t kMaxValueText = 1 << 20;      // bytes of one script value
+inline constexpr int64_t kMaxScriptText = 64 << 20;    // bytes of all script values and names
+inline constexpr int32_t kMaxStackValues = 65536;      // values on a player's stack
 
 }  // namespace vexel

@@ -12,6 +12,7 @@
 #include "movie/character.h"
 #include "movie/data_block.h"
 #include "movie/fwd.h"
+#include "movie/script_value.h"
 #include "movie/sparser.h"
 #include "movie/weak.h"
 
@@ -24,13 +25,6 @@ enum ScriptResult : int32_t {
   kScriptAtEnd = 2,    // the closing tag was met
   kScriptBadHeader = -1,
   kScriptNoMemory = -2,  // also: the root object cannot be placed
-};
-
-// A named text of a timeline.
-struct ScriptVariable {
-  ScriptVariable* next;
-  char* name;   // owned, in the spelling that made it
-  char* value;  // owned, may be null
 };
 
 // Not polymorphic: a sprite's timeline is deleted as a ScriptThread, a movie as
@@ -125,9 +119,20 @@ class ScriptThread : public SParser {
 
   // By name, without regard to the case of ASCII letters; null for none.
   ScriptVariable* FindVariable(const char* name);
-  // Sets or creates; a null or empty name is ignored. Copies both texts.
+  ScriptVariable* FindVariable(TextView name);
+  // Sets or creates; a null or empty name is ignored. Copies both texts; a
+  // null or overlong value leaves the variable without one.
   void SetVariable(const char* name, const char* value);
+  void SetVariable(TextView name, ScriptValue value);
+  // Finds or creates, without a value; null for an empty name, and when memory
+  // or a budget is out.
+  ScriptVariable* MakeVariable(TextView name);
+  // The new value of `variable`, one of this timeline's.
+  void StoreVariable(ScriptVariable* variable, ScriptValue value);
   void ClearVariables();
+  // Changes whenever variables are freed, of any timeline: while it stands, a
+  // pointer that FindVariable gave is good, and a name means the same variable.
+  static uint64_t VariableEpoch() { return s_variableEpoch; }
 
   // True for the root timeline of a movie.
   bool IsRoot() const;
@@ -161,7 +166,14 @@ class ScriptThread : public SParser {
   int32_t SeekForward(int32_t frame);
   void ReadCharacter(uint16_t id, PlaceInfo* info);
   SCharacter* BeginDefinition(uint8_t type);
+  void IndexVariable(ScriptVariable* variable);
+
   int32_t variableCount = 0;
+  // Variables by the hash of their name once there are more than a few: open
+  // addressing, a power of two of places, null while free. Owned.
+  ScriptVariable** variableIndex = nullptr;
+  int32_t indexSize = 0;
+  static inline uint64_t s_variableEpoch = 0;
 };
 
 // CloneSprite on the parent of the sprite that `thread` runs; nothing for null

@@ -51,6 +51,44 @@ Wide Scaled(double v, int32_t k) {
   return k < kLowestExactPower ? Wide{v} / WidePowerOfTen(k) : Wide{v} / Wide{PowerOfTen(k)};
 }
 
+bool ReadInteger(const char* at, const char* end, int32_t* out) {
+  const bool negative = at != end && *at == '-';
+  if (at != end && (*at == '-' || *at == '+')) ++at;
+  if (at == end) return false;
+  uint32_t value = 0;
+  for (; at != end; ++at) {
+    if (!IsDigit(*at)) return false;
+    value = value * 10 + static_cast<uint32_t>(*at - '0');
+  }
+  *out = static_cast<int32_t>(negative ? 0u - value : value);
+  return true;
+}
+
+bool ReadDouble(const char* at, const char* end, double* out) {
+  const bool negative = at != end && *at == '-';
+  if (at != end && (*at == '-' || *at == '+')) ++at;
+  if (at == end) return false;
+  Wide value = 0;
+  uint32_t exponent = 0;  // wraps, as the integer behind an "e" does
+  for (; at != end && IsDigit(*at); ++at) value = value * 10 + static_cast<Wide>(*at - '0');
+  if (at != end && *at == '.') {
+    for (++at; at != end && IsDigit(*at); ++at) {
+      value = value * 10 + static_cast<Wide>(*at - '0');
+      --exponent;
+    }
+  }
+  if (at != end && (*at == 'e' || *at == 'E')) {
+    int32_t shift;
+    if (!ReadInteger(at + 1, end, &shift)) return false;
+    exponent += static_cast<uint32_t>(shift);
+  } else if (at != end) {
+    return false;
+  }
+  if (negative) value = -value;
+  *out = static_cast<double>(value * Wide{PowerOfTen(static_cast<int32_t>(exponent))});
+  return true;
+}
+
 // Peels the leading digit off `*m`, which lies from 0 to below 10.
 int32_t TakeDigit(Wide* m) {
   const int32_t digit = static_cast<int32_t>(*m);
@@ -80,43 +118,15 @@ void CarryUp(char* start, char* end) {
 }  // namespace
 
 bool ConvertStringToInteger(const char* text, int32_t* out) {
-  if (!text) return false;
-  const bool negative = *text == '-';
-  if (*text == '-' || *text == '+') ++text;
-  if (!*text) return false;
-  uint32_t value = 0;
-  for (; *text; ++text) {
-    if (!IsDigit(*text)) return false;
-    value = value * 10 + static_cast<uint32_t>(*text - '0');
-  }
-  *out = static_cast<int32_t>(negative ? 0u - value : value);
-  return true;
+  return text && ReadInteger(text, text + strlen(text), out);
 }
 
 bool ConvertStringToDouble(const char* text, double* out) {
-  if (!text) return false;
-  const bool negative = *text == '-';
-  if (*text == '-' || *text == '+') ++text;
-  if (!*text) return false;
-  Wide value = 0;
-  uint32_t exponent = 0;  // wraps, as the integer behind an "e" does
-  for (; IsDigit(*text); ++text) value = value * 10 + static_cast<Wide>(*text - '0');
-  if (*text == '.') {
-    for (++text; IsDigit(*text); ++text) {
-      value = value * 10 + static_cast<Wide>(*text - '0');
-      --exponent;
-    }
-  }
-  if (*text == 'e' || *text == 'E') {
-    int32_t shift;
-    if (!ConvertStringToInteger(text + 1, &shift)) return false;
-    exponent += static_cast<uint32_t>(shift);
-  } else if (*text) {
-    return false;
-  }
-  if (negative) value = -value;
-  *out = static_cast<double>(value * Wide{PowerOfTen(static_cast<int32_t>(exponent))});
-  return true;
+  return text && ReadDouble(text, text + strlen(text), out);
+}
+
+bool ConvertBytesToDouble(const char* text, int32_t length, double* out) {
+  return ReadDouble(text, text + length, out);
 }
 
 double PowerOfTen(int32_t n) {

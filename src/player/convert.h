@@ -18,6 +18,9 @@ namespace vexel {
 // other text and null; white space counts as other.
 [[nodiscard]] bool ConvertStringToDouble(const char* text, double* out);
 
+// The same for the `length` bytes at `text`.
+[[nodiscard]] bool ConvertBytesToDouble(const char* text, int32_t length, double* out);
+
 // New texts for FreeStr, null without memory. Required: the lowest integer
 // gives "-" alone.
 char* ConvertIntegerToString(int32_t n);

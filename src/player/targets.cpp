@@ -155,8 +155,8 @@ char* SPlayer::GetVariable(ScriptThread* thread, const char* text) {
   const char* name;
   ScriptThread* found = ResolveVariable(text, thread, &name);
   if (!found || !name || strchr(name, '.')) return nullptr;
-  const ScriptVariable* variable = found->FindVariable(name);
-  return variable ? CreateStr(variable->value) : nullptr;
+  ScriptVariable* variable = found->FindVariable(name);
+  return variable ? CreateStr(variable->Text()) : nullptr;
 }
 
 void SPlayer::SetVariable(ScriptThread* thread, const char* text, const char* value) {

@@ -69,13 +69,14 @@ void URLBuilder::EncodeString(const char* text) {
   }
 }
 
-void URLBuilder::EncodeVariables(const ScriptVariable* list) {
-  for (const ScriptVariable* variable = list; variable; variable = variable->next) {
-    if (!variable->name || !variable->value) continue;
+void URLBuilder::EncodeVariables(ScriptVariable* list) {
+  for (ScriptVariable* variable = list; variable; variable = variable->next) {
+    const char* value = variable->Text();
+    if (!variable->name || !value) continue;
     if (variable != list) AppendChar('&');
     EncodeString(variable->name);
     AppendChar('=');
-    EncodeString(variable->value);
+    EncodeString(value);
   }
 }
 

@@ -25,7 +25,7 @@ struct URLBuilder {
   // "name=value&name=value" of a list, both encoded. Required: the "&" stands
   // before every entry but the list's first, even if that one has no value and
   // so is missing.
-  void EncodeVariables(const ScriptVariable* list);
+  void EncodeVariables(ScriptVariable* list);
 };
 
 // The upper-case digit of 0 to 15.

@@ -11,8 +11,8 @@ namespace {
 
 std::string All(const ScriptThread& thread) {
   std::string out;
-  for (const ScriptVariable* v = thread.firstVariable; v; v = v->next) {
-    out += std::string(v->name) + '=' + (v->value ? v->value : "(null)") + ' ';
+  for (ScriptVariable* v = thread.firstVariable; v; v = v->next) {
+    out += std::string(v->name) + '=' + (v->Text() ? v->Text() : "(null)") + ' ';
   }
   return out;
 }
@@ -32,7 +32,7 @@ TEST(Variables, NamesIgnoreCaseAndKeepTheFirstSpelling) {
   thread.SetVariable("Foo", "1");
   thread.SetVariable("FOO", "2");
   EXPECT_EQ(All(thread), "Foo=2 ");
-  EXPECT_STREQ(thread.FindVariable("foo")->value, "2");
+  EXPECT_STREQ(thread.FindVariable("foo")->Text(), "2");
   EXPECT_EQ(thread.FindVariable("fo"), nullptr);
   EXPECT_EQ(thread.FindVariable(nullptr), nullptr);
 }
@@ -47,7 +47,7 @@ TEST(Variables, WithoutANameAreIgnored) {
 TEST(Variables, MayTakeAPartOfTheirOwnValue) {
   ScriptThread thread;
   thread.SetVariable("x", "abcdef");
-  thread.SetVariable("x", thread.FindVariable("x")->value + 3);
+  thread.SetVariable("x", thread.FindVariable("x")->Text() + 3);
   EXPECT_EQ(All(thread), "x=def ");
 }
 

@@ -225,13 +225,13 @@ TEST_F(Layers, ALayerWhoseRootObjectWasRemovedPlacesItselfANewOne) {
 }
 
 TEST_F(Layers, EveryMovieKnowsThePlayersVersion) {
-  EXPECT_STREQ(player.FindVariable("$VERSION")->value, "UNIX 4,0,13,0");
+  EXPECT_STREQ(player.FindVariable("$VERSION")->Text(), "UNIX 4,0,13,0");
   ScriptPlayer* layer = player.OpenLayer(3, false);
-  EXPECT_STREQ(layer->FindVariable("$version")->value, "UNIX 4,0,13,0");
+  EXPECT_STREQ(layer->FindVariable("$version")->Text(), "UNIX 4,0,13,0");
   layer->SetVariable("x", "1");
   EXPECT_EQ(player.OpenLayer(3, false), layer);
   EXPECT_EQ(layer->FindVariable("x"), nullptr);
-  EXPECT_STREQ(layer->FindVariable("$version")->value, "UNIX 4,0,13,0");
+  EXPECT_STREQ(layer->FindVariable("$version")->Text(), "UNIX 4,0,13,0");
 }
 
 }  // namespace

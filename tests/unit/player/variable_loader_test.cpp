@@ -10,9 +10,9 @@ namespace {
 // "name=value;" for each variable of `thread` but "$version".
 std::string Variables(const ScriptThread& thread) {
   std::string out;
-  for (const ScriptVariable* v = thread.firstVariable; v; v = v->next) {
+  for (ScriptVariable* v = thread.firstVariable; v; v = v->next) {
     if (v->name[0] == '$') continue;
-    out += std::string(v->name) + '=' + (v->value ? v->value : "(null)") + ';';
+    out += std::string(v->name) + '=' + (v->Text() ? v->Text() : "(null)") + ';';
   }
   return out;
 }

@@ -62,7 +62,7 @@ TEST_F(Hold, ABackwardSeekKeepsObjectsTimelinesVariablesAndTheTrackedButton) {
   EXPECT_EQ(Children(*movie), "1:instance2 2 3") << "what frame 0 does not have is gone";
   EXPECT_EQ(movie->firstChild, child);
   EXPECT_EQ(child->thread->curFrame, 2);
-  EXPECT_STREQ(child->thread->FindVariable("speed")->value, "7");
+  EXPECT_STREQ(child->thread->FindVariable("speed")->Text(), "7");
   EXPECT_EQ(child->next, button);
   EXPECT_EQ(button->buttonState, 2);
   EXPECT_EQ(stage.button, button);
