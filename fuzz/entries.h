@@ -18,6 +18,10 @@ void FuzzBitmap(const uint8_t* data, size_t size);
 // A vector picture to import.
 void FuzzSvg(const uint8_t* data, size_t size);
 
+// Actions as text. The first byte chooses: bytes to print and assemble again,
+// mnemonics to assemble, or a script to compile.
+void FuzzActionsText(const uint8_t* data, size_t size);
+
 struct Target {
   const char* name;  // of the folder of its inputs in fuzz/regress
   void (*run)(const uint8_t* data, size_t size);
@@ -27,6 +31,7 @@ inline constexpr Target kTargets[] = {
     {"movie", FuzzMovie},
     {"bitmap", FuzzBitmap},
     {"svg", FuzzSvg},
+    {"actions_text", FuzzActionsText},
 };
 
 }  // namespace vexel::fuzz

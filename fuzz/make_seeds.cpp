@@ -1,7 +1,7 @@
 // make_seeds FOLDER: writes the first inputs of every target into
 // FOLDER/<target>, so that none need to be kept with the sources.
-#include <cstdio>
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -141,6 +141,28 @@ void Svgs(const std::filesystem::path& folder) {
   }
 }
 
+void ActionTexts(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "actions_text");
+  // Kinds as the entry chooses them.
+  enum : uint8_t { kBlock, kMnemonics, kScript };
+  ActionBuilder block;
+  const ActionBuilder::Label loop = block.NewLabel();
+  block.Bind(loop).Push("i").PushFloat(0.1f).Op(vexel::kActionAdd).If(loop);
+  block.GotoFrame(3).WaitForFrame(2, 1).GetURLExpr(0x41).GetURL("a", "b");
+  seeds.Add(WithKind(kBlock, block.Finish()));
+  const auto text = [&](uint8_t kind, std::string_view source) {
+    seeds.Add(WithKind(kind, Bytes(source.begin(), source.end())));
+  };
+  text(kMnemonics,
+       "a: push \"t\\x41\"; push bits 0x7fc00001 surplus 00\njump a // on\n"
+       "getURLExpr get target; if by -3; waitForFrame 3 skip 2; action 0xa0 01\n"
+       "push raw 07; end; bytes 9601; noend");
+  text(kScript,
+       "x = -a * (2 + b.x) & \"t\"; /c:d += 1\nif (not x is \"t\" and 1 < 2) { stop() } "
+       "else while (x) { with \"/c\" { break } }\nifLoaded (3) gotoAndPlay(\"l\")\n"
+       "startDrag(this, true, 1, 2, 3, 4); setProperty(p, alpha, random(3))");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -151,5 +173,6 @@ int main(int argc, char** argv) {
   Movies(argv[1]);
   Bitmaps(argv[1]);
   Svgs(argv[1]);
+  ActionTexts(argv[1]);
   return 0;
 }

@@ -1,5 +1,5 @@
 #!/bin/sh
-# run.sh TARGET [SECONDS]: fuzzes movie, bitmap or svg with bounded memory and
+# run.sh TARGET [SECONDS]: fuzzes a target (movie, bitmap, svg, actions_text) with bounded memory and
 # time, from the seeds of the build and what earlier runs found. The build
 # folder is build-fuzz, or $BUILD.
 set -eu

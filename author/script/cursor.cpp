@@ -18,6 +18,10 @@ bool SourceCursor::SkipBlanks(bool andLineEnds) {
       ++at_;
     } else if (c == '/' && Peek(1) == '/') {
       while (!AtEnd() && Peek() != '\n') ++at_;
+    } else if (c == '/' && Peek(1) == '*') {
+      const size_t close = text_.find("*/", at_ + 2);
+      if (close == std::string_view::npos) Fail("this comment is never closed");
+      at_ = close + 2;
     } else if (c == '\n' && andLineEnds) {
       lineEnd = true;
       ++at_;

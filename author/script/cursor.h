@@ -33,8 +33,9 @@ class SourceCursor {
   bool AtEnd() const { return at_ >= text_.size(); }
   std::string_view From(size_t begin) const { return text_.substr(begin, at_ - begin); }
 
-  // Passes blanks and comments, which run from // to the end of the line. Line
-  // ends are passed only if asked for. True if one was.
+  // Passes blanks and comments, which run from // to the end of the line or
+  // stand between /* and */. Line ends are passed only if asked for. True if
+  // one was.
   bool SkipBlanks(bool andLineEnds);
   // The characters of a name; empty if there is none here.
   std::string_view Name();

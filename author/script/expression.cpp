@@ -66,7 +66,7 @@ constexpr Operator kOperators[] = {
     {"/", kProduct, kActionDivide, false, false},
 };
 
-const Operator* FindOperator(const Token& token) {
+const Operator* FindOperator(const ScriptToken& token) {
   for (const Operator& known : kOperators) {
     if (token.Is(known.sign)) return &known;
   }
@@ -185,13 +185,13 @@ ExpressionPtr ExpressionParser::ParseLevel(int level) {
   }
   ExpressionPtr left = ParseLevel(level + 1);
   for (bool again = false;; again = true) {
-    const Token& next = in_.PeekOperator();
+    const ScriptToken& next = in_.PeekOperator();
     const Operator* op = FindOperator(next);
     if (!op || op->level != level || (next.firstOnLine && parentheses_ == 0)) return left;
     if (again && level == kCompare) {
       in_.FailAt(next.at, "comparisons cannot be chained; put and between two of them");
     }
-    const Token sign = in_.Take();
+    const ScriptToken sign = in_.Take();
     bool negate = op->negated;
     if (sign.Is("is") && in_.PeekValue().Is("not")) {
       in_.Take();
@@ -211,8 +211,8 @@ void ExpressionParser::NoWord(const Expression& side) const {
   in_.FailAt(side.at, "numbers are compared here; texts are compared with is, before and after");
 }
 
-ExpressionPtr ExpressionParser::Combine(const Token& sign, ExpressionPtr left, ExpressionPtr right,
-                                        bool negate) {
+ExpressionPtr ExpressionParser::Combine(const ScriptToken& sign, ExpressionPtr left,
+                                        ExpressionPtr right, bool negate) {
   const Operator& op = *FindOperator(sign);
   if (op.code == kActionEquals || op.code == kActionLess) {
     NoWord(*left);
@@ -250,29 +250,29 @@ ExpressionPtr ExpressionParser::ParseUnary() {
 
 ExpressionPtr ExpressionParser::ParseOne() {
   in_.PeekValue();
-  const Token token = in_.Take();
+  const ScriptToken token = in_.Take();
   const size_t at = token.at;
   switch (token.kind) {
-    case TokenKind::kNumber:
+    case ScriptTokenKind::kNumber:
       return Constant(at, token.value, true);
-    case TokenKind::kText:
+    case ScriptTokenKind::kText:
       return Constant(at, token.value);
-    case TokenKind::kVariable:
+    case ScriptTokenKind::kVariable:
       return Apply(at, kActionGetVariable, Constant(at, token.value));
-    case TokenKind::kProperty:
+    case ScriptTokenKind::kProperty:
       return Apply(at, kActionGetProperty, Constant(at, token.value),
                    Constant(at, std::to_string(token.property), true));
-    case TokenKind::kSign:
+    case ScriptTokenKind::kSign:
       if (token.text == "(") return RestOfParentheses();
       break;
-    case TokenKind::kName:
+    case ScriptTokenKind::kName:
       if (token.text == "true") return Constant(at, "1", true);
       if (token.text == "false") return Constant(at, "0", true);
       if (const char* path = PathWord(token.text)) return Constant(at, path);
       if (IsReserved(token.text)) break;
       if (in_.PeekOperator().Is("(") && !in_.PeekOperator().firstOnLine) return Call(token);
       return Apply(at, kActionGetVariable, Constant(at, std::string(token.text)));
-    case TokenKind::kEnd:
+    case ScriptTokenKind::kEnd:
       break;
   }
   in_.FailAt(at, "here stands a value: a number, a text, a variable, a property or a function");
@@ -312,8 +312,8 @@ std::vector<ExpressionPtr> ExpressionParser::PropertyArguments(bool more) {
   arguments.push_back(Parse());
   in_.Expect(",", "and a property's name behind the path");
   in_.PeekValue();
-  const Token name = in_.Take();
-  const int property = name.kind == TokenKind::kName ? FindProperty(name.text) : -1;
+  const ScriptToken name = in_.Take();
+  const int property = name.kind == ScriptTokenKind::kName ? FindProperty(name.text) : -1;
   if (property < 0) {
     Nearest nearest(name.text);
     for (const PropertyName& known : kPropertyNames) nearest.Offer(known.name);
@@ -329,7 +329,7 @@ std::vector<ExpressionPtr> ExpressionParser::PropertyArguments(bool more) {
   return arguments;
 }
 
-ExpressionPtr ExpressionParser::Call(const Token& name) {
+ExpressionPtr ExpressionParser::Call(const ScriptToken& name) {
   if (name.Is("property")) {
     std::vector<ExpressionPtr> arguments = PropertyArguments(false);
     return Apply(name.at, kActionGetProperty, std::move(arguments[0]), std::move(arguments[1]));

@@ -41,7 +41,7 @@ class ExpressionParser {
   // Between parentheses, divided by commas; the opening one is the next token.
   std::vector<ExpressionPtr> Arguments();
   // The value of a function by its name, whose parenthesis is the next token.
-  ExpressionPtr Call(const Token& name);
+  ExpressionPtr Call(const ScriptToken& name);
   // Between parentheses: a path, the name of a property, and with `more` a
   // value. The property is left as its number.
   std::vector<ExpressionPtr> PropertyArguments(bool more);
@@ -60,7 +60,8 @@ class ExpressionParser {
   ExpressionPtr ParseUnary();
   ExpressionPtr ParseOne();
   ExpressionPtr RestOfParentheses();
-  ExpressionPtr Combine(const Token& sign, ExpressionPtr left, ExpressionPtr right, bool negate);
+  ExpressionPtr Combine(const ScriptToken& sign, ExpressionPtr left, ExpressionPtr right,
+                        bool negate);
   void NoWord(const Expression& side) const;
 
   ScriptLexer& in_;

@@ -31,8 +31,9 @@ class ScriptCompiler {
 
   Bytes Run() {
     Statements();
-    const Token& rest = in_.PeekValue();
-    if (rest.kind != TokenKind::kEnd) in_.FailAt(rest.at, "no block is open that this could close");
+    const ScriptToken& rest = in_.PeekValue();
+    if (rest.kind != ScriptTokenKind::kEnd)
+      in_.FailAt(rest.at, "no block is open that this could close");
     return out_.Finish();
   }
 
@@ -52,7 +53,7 @@ class ScriptCompiler {
     const char* name;
     size_t least;
     size_t most;
-    void (ScriptCompiler::*emit)(const Token&, Arguments&);
+    void (ScriptCompiler::*emit)(const ScriptToken&, Arguments&);
     ActionCode code;  // where there is no more to it than an action
   };
   static std::span<const StatementFunction> StatementFunctions();
@@ -60,8 +61,8 @@ class ScriptCompiler {
   // Up to the brace that closes the block, or the end.
   void Statements() {
     for (;;) {
-      const Token& next = in_.PeekValue();
-      if (next.kind == TokenKind::kEnd || next.Is("}")) return;
+      const ScriptToken& next = in_.PeekValue();
+      if (next.kind == ScriptTokenKind::kEnd || next.Is("}")) return;
       if (next.Is(";")) {
         in_.Take();
         continue;
@@ -72,9 +73,9 @@ class ScriptCompiler {
 
   // A block in braces or a single statement.
   void Body(size_t owner) {
-    const Token& next = in_.PeekValue();
+    const ScriptToken& next = in_.PeekValue();
     if (!next.Is("{")) {
-      if (next.kind == TokenKind::kEnd || next.Is(";") || next.Is("}")) {
+      if (next.kind == ScriptTokenKind::kEnd || next.Is(";") || next.Is("}")) {
         in_.FailAt(next.at, "here stands a statement, or several in braces");
       }
       Statement();
@@ -90,7 +91,7 @@ class ScriptCompiler {
     const size_t begin = in_.PeekValue().at;
     if (++nesting_ > kMaxNesting) in_.FailAt(begin, "blocks are nested too deep; 200 are the most");
     if (out_.size() > kMaxBlock) in_.FailAt(begin, "the script is too large; 16 MiB are the most");
-    const Token first = in_.Take();
+    const ScriptToken first = in_.Take();
     if (first.Is("if")) {
       If(first);
     } else if (first.Is("ifLoaded")) {
@@ -108,28 +109,28 @@ class ScriptCompiler {
 
   // A semicolon, a line end, or the end of the block.
   void EndOfStatement() {
-    const Token& next = in_.PeekOperator();
+    const ScriptToken& next = in_.PeekOperator();
     if (next.Is(";")) {
       in_.Take();
     } else if (!next.firstOnLine && !next.Is("}") && !next.Is("else") &&
-               next.kind != TokenKind::kEnd) {
+               next.kind != ScriptTokenKind::kEnd) {
       in_.FailAt(next.at, "the statement is complete before this; a semicolon divides two of them");
     }
   }
 
-  void Simple(const Token& first) {
+  void Simple(const ScriptToken& first) {
     if (first.Is("break") || first.Is("continue")) {
       LeaveLoop(first);
       return;
     }
-    const bool isName = first.kind == TokenKind::kName;
+    const bool isName = first.kind == ScriptTokenKind::kName;
     if (isName && !IsReserved(first.text) && in_.PeekOperator().Is("(")) {
       Function(first);
       return;
     }
-    const bool isPlace =
-        isName ? !IsReserved(first.text)
-               : first.kind == TokenKind::kVariable || first.kind == TokenKind::kProperty;
+    const bool isPlace = isName ? !IsReserved(first.text)
+                                : first.kind == ScriptTokenKind::kVariable ||
+                                      first.kind == ScriptTokenKind::kProperty;
     if (!isPlace) {
       in_.FailAt(first.at,
                  "here stands a statement: an assignment such as x = 1, a function such as "
@@ -138,9 +139,9 @@ class ScriptCompiler {
     Assignment(first);
   }
 
-  void Assignment(const Token& place) {
-    const bool isProperty = place.kind == TokenKind::kProperty;
-    const Token& next = in_.PeekOperator();
+  void Assignment(const ScriptToken& place) {
+    const bool isProperty = place.kind == ScriptTokenKind::kProperty;
+    const ScriptToken& next = in_.PeekOperator();
     const std::optional<ActionCode> code = AssignmentCode(next);
     if (!code) {
       in_.FailAt(next.at, "behind " + std::string(place.text) +
@@ -166,7 +167,7 @@ class ScriptCompiler {
   }
 
   // The action between the old value and the new; the end for a plain =.
-  static std::optional<ActionCode> AssignmentCode(const Token& sign) {
+  static std::optional<ActionCode> AssignmentCode(const ScriptToken& sign) {
     if (sign.Is("=")) return kActionEnd;
     if (sign.Is("+=")) return kActionAdd;
     if (sign.Is("-=")) return kActionSubtract;
@@ -176,18 +177,18 @@ class ScriptCompiler {
     return std::nullopt;
   }
 
-  static std::string Name(const Token& place) {
-    return place.kind == TokenKind::kName ? std::string(place.text) : place.value;
+  static std::string Name(const ScriptToken& place) {
+    return place.kind == ScriptTokenKind::kName ? std::string(place.text) : place.value;
   }
 
-  void PushPlace(const Token& place) {
+  void PushPlace(const ScriptToken& place) {
     out_.Push(Name(place), in_.PlaceAt(place.at));
-    if (place.kind == TokenKind::kProperty) {
+    if (place.kind == ScriptTokenKind::kProperty) {
       out_.Push(std::to_string(place.property), in_.PlaceAt(place.at));
     }
   }
 
-  void If(const Token& first) {
+  void If(const ScriptToken& first) {
     const Label done = out_.NewLabel();
     size_t at = first.at;
     for (;;) {
@@ -213,7 +214,7 @@ class ScriptCompiler {
 
   // The player skips one action if the frame has not arrived: the jump to the
   // statements.
-  void IfLoaded(const Token& first) {
+  void IfLoaded(const ScriptToken& first) {
     const SourcePlace place = in_.PlaceAt(first.at);
     const ExpressionPtr frame = expressions_.InParentheses();
     const Label loaded = out_.NewLabel();
@@ -241,7 +242,7 @@ class ScriptCompiler {
   }
 
   // The condition stands behind the statements, which saves two actions a turn.
-  void While(const Token& first) {
+  void While(const ScriptToken& first) {
     const SourcePlace place = in_.PlaceAt(first.at);
     const ExpressionPtr condition = expressions_.InParentheses();
     const Label again = out_.NewLabel();
@@ -262,7 +263,7 @@ class ScriptCompiler {
     out_.Bind(loop.done);
   }
 
-  void LeaveLoop(const Token& word) {
+  void LeaveLoop(const ScriptToken& word) {
     if (!loop_) in_.FailAt(word.at, std::string(word.text) + " stands in no loop");
     if (targets_.size() > loop_->targets) RestoreTarget(loop_->targets, word.at);
     out_.Jump(word.Is("break") ? loop_->done : loop_->next, in_.PlaceAt(word.at));
@@ -270,7 +271,7 @@ class ScriptCompiler {
 
   // A path is always taken from the timeline that the script stands on, so
   // leaving an inner block means setting the outer one's path again.
-  void With(const Token& first) {
+  void With(const ScriptToken& first) {
     if (!targets_.empty() && !targets_.back()) {
       in_.FailAt(first.at, "inside a with whose path is worked out there can be no other with");
     }
@@ -297,7 +298,7 @@ class ScriptCompiler {
     out_.SetTarget(count == 0 ? std::string() : *targets_[count - 1], in_.PlaceAt(at));
   }
 
-  void Function(const Token& name) {
+  void Function(const ScriptToken& name) {
     Nearest nearest(name.text);
     for (const StatementFunction& known : StatementFunctions()) {
       nearest.Offer(known.name);
@@ -339,7 +340,7 @@ class ScriptCompiler {
            frame.text[0] != '-' && frame.text[0] != '+';
   }
 
-  void GotoAndStop(const Token&, Arguments& arguments) {
+  void GotoAndStop(const ScriptToken&, Arguments& arguments) {
     const Expression& frame = *arguments[0];
     if (const std::optional<uint16_t> number = FrameNumber(frame)) {
       out_.builder().GotoFrame(*number);
@@ -351,7 +352,7 @@ class ScriptCompiler {
     }
   }
 
-  void GotoAndPlay(const Token&, Arguments& arguments) {
+  void GotoAndPlay(const ScriptToken&, Arguments& arguments) {
     const Expression& frame = *arguments[0];
     if (const std::optional<uint16_t> number = FrameNumber(frame)) {
       out_.builder().GotoFrame(*number).Op(kActionPlay);
@@ -361,7 +362,7 @@ class ScriptCompiler {
     }
   }
 
-  void SetPropertyOf(const Token&, Arguments& arguments) {
+  void SetPropertyOf(const ScriptToken&, Arguments& arguments) {
     const PropertyName& property = kPropertyNames[std::stoi(arguments[1]->text)];
     if (property.readOnly) {
       in_.FailAt(arguments[1]->at,
@@ -372,7 +373,7 @@ class ScriptCompiler {
   }
 
   // Sprites made by scripts stand above all that the timeline places.
-  void CloneSprite(const Token&, Arguments& arguments) {
+  void CloneSprite(const ScriptToken&, Arguments& arguments) {
     ExpressionPtr& depth = arguments[2];
     int64_t number;
     if (depth->IsInteger(&number) && (number < 0 || number > kMaxDepth)) {
@@ -387,7 +388,7 @@ class ScriptCompiler {
 
   // The player takes the values from the last to the first: path, whether the
   // sprite's centre goes to the pointer, whether there are limits, the limits.
-  void StartDrag(const Token& name, Arguments& arguments) {
+  void StartDrag(const ScriptToken& name, Arguments& arguments) {
     const bool limits = arguments.size() == 6;
     if (arguments.size() > 2 && !limits) {
       in_.FailAt(name.at, "the limits of a drag are four: left, top, right and bottom");
@@ -403,7 +404,7 @@ class ScriptCompiler {
     out_.Op(kActionStartDrag);
   }
 
-  void GetURL(const Token& name, Arguments& arguments) {
+  void GetURL(const ScriptToken& name, Arguments& arguments) {
     const size_t count = arguments.size();
     const bool isKnown = arguments[0]->isConstant && (count < 2 || arguments[1]->isConstant);
     const std::string window = count > 1 ? arguments[1]->text : std::string();
@@ -414,19 +415,21 @@ class ScriptCompiler {
     Request(name, arguments, 0);
   }
 
-  void LoadMovie(const Token& name, Arguments& arguments) { Request(name, arguments, kUrlTarget); }
+  void LoadMovie(const ScriptToken& name, Arguments& arguments) {
+    Request(name, arguments, kUrlTarget);
+  }
 
-  void LoadVariables(const Token& name, Arguments& arguments) {
+  void LoadVariables(const ScriptToken& name, Arguments& arguments) {
     Request(name, arguments, kUrlTarget | kUrlVariables);
   }
 
-  void UnloadMovie(const Token& name, Arguments& arguments) {
+  void UnloadMovie(const ScriptToken& name, Arguments& arguments) {
     arguments.insert(arguments.begin(), Constant(name.at, ""));
     Request(name, arguments, kUrlTarget);
   }
 
   // An address, a window or path, and how variables are sent along.
-  void Request(const Token& name, const Arguments& arguments, uint8_t flags) {
+  void Request(const ScriptToken& name, const Arguments& arguments, uint8_t flags) {
     if (arguments.size() == 3) {
       const Expression& method = *arguments[2];
       if (method.isConstant && method.text == "get") {

@@ -55,7 +55,7 @@ const char* PathWord(std::string_view word) {
   return nullptr;
 }
 
-const Token& ScriptLexer::Peek(bool value) {
+const ScriptToken& ScriptLexer::Peek(bool value) {
   const auto wanted = value ? kAsValue : kAsOperator;
   if (read_ == wanted) return token_;
   if (read_ == kNone) {
@@ -63,11 +63,11 @@ const Token& ScriptLexer::Peek(bool value) {
   } else {
     in_.MoveTo(before_);
   }
-  token_ = Token();
+  token_ = ScriptToken();
   token_.firstOnLine = in_.SkipBlanks(true);
   token_.at = in_.offset();
   if (in_.AtEnd()) {
-    token_.kind = TokenKind::kEnd;
+    token_.kind = ScriptTokenKind::kEnd;
   } else if (value) {
     ReadValue();
   } else {
@@ -78,7 +78,7 @@ const Token& ScriptLexer::Peek(bool value) {
   return token_;
 }
 
-Token ScriptLexer::Take() {
+ScriptToken ScriptLexer::Take() {
   read_ = kNone;
   return std::move(token_);
 }
@@ -97,7 +97,7 @@ void ScriptLexer::ReadValue() {
   const int c = in_.Peek();
   if (c == '"') {
     const size_t at = in_.offset();
-    token_.kind = TokenKind::kText;
+    token_.kind = ScriptTokenKind::kText;
     token_.value = in_.Quoted();
     if (token_.value.find('\0') != std::string::npos) {
       FailAt(at, "texts of scripts end at a zero byte, so there can be none inside");
@@ -111,10 +111,10 @@ void ScriptLexer::ReadValue() {
 
 void ScriptLexer::ReadSign() {
   if (!in_.Name().empty()) {
-    token_.kind = TokenKind::kName;
+    token_.kind = ScriptTokenKind::kName;
     return;
   }
-  token_.kind = TokenKind::kSign;
+  token_.kind = ScriptTokenKind::kSign;
   for (const std::string_view sign : kSigns) {
     size_t i = 0;
     while (i < sign.size() && in_.Peek(i) == sign[i]) ++i;
@@ -142,7 +142,7 @@ void ScriptLexer::ReadNumber() {
   if (IsNameChar(in_.Peek()) || in_.Peek() == '.') {
     FailAt(at, "this is no number, and names begin with a letter");
   }
-  token_.kind = TokenKind::kNumber;
+  token_.kind = ScriptTokenKind::kNumber;
   token_.value = NumberText(in_.From(at));
 }
 
@@ -160,7 +160,7 @@ bool ScriptLexer::ReadReference() {
     in_.Step();
     std::string_view name = in_.Name();
     const size_t nameEnd = in_.offset();
-    token_.kind = TokenKind::kVariable;
+    token_.kind = ScriptTokenKind::kVariable;
     token_.value = WholePath(run) + ":" + std::string(name);
     if (in_.Peek() != '.') return true;
     in_.Step();
@@ -178,7 +178,7 @@ bool ScriptLexer::ReadReference() {
   if (!last.empty() && last.find('/') == std::string_view::npos) {
     const std::string_view path = run.substr(0, point);
     if ((last == "scroll" || last == "maxscroll") && path.find_first_of("/.") == path.npos) {
-      token_.kind = TokenKind::kVariable;
+      token_.kind = ScriptTokenKind::kVariable;
       token_.value = run;
       return true;
     }
@@ -188,7 +188,7 @@ bool ScriptLexer::ReadReference() {
       for (const PropertyName& known : kPropertyNames) nearest.Offer(known.name);
       FailAt(at + point + 1, "there is no property " + std::string(last) + nearest.Hint());
     }
-    token_.kind = TokenKind::kProperty;
+    token_.kind = ScriptTokenKind::kProperty;
     token_.value = WholePath(path);
     token_.property = property;
     return true;
@@ -198,7 +198,7 @@ bool ScriptLexer::ReadReference() {
   if (in_.Name().empty()) {
     FailAt(at, "a path is followed by :VARIABLE or .PROPERTY; as a text it stands in quotes");
   }
-  token_.kind = TokenKind::kName;
+  token_.kind = ScriptTokenKind::kName;
   return true;
 }
 

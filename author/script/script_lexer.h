@@ -10,7 +10,7 @@
 
 namespace vexel::author {
 
-enum class TokenKind : uint8_t {
+enum class ScriptTokenKind : uint8_t {
   kEnd,
   kName,      // keywords, functions, variables of the timeline itself
   kNumber,    // value: as the player would write it
@@ -20,8 +20,8 @@ enum class TokenKind : uint8_t {
   kSign,
 };
 
-struct Token {
-  TokenKind kind = TokenKind::kEnd;
+struct ScriptToken {
+  ScriptTokenKind kind = ScriptTokenKind::kEnd;
   size_t at = 0;             // offset in the slice
   bool firstOnLine = false;  // a line end stands before it
   std::string_view text;     // as it stands in the source
@@ -29,7 +29,7 @@ struct Token {
   int property = 0;  // its number
 
   bool Is(std::string_view word) const {
-    return (kind == TokenKind::kName || kind == TokenKind::kSign) && text == word;
+    return (kind == ScriptTokenKind::kName || kind == ScriptTokenKind::kSign) && text == word;
   }
 };
 
@@ -39,11 +39,11 @@ class ScriptLexer {
 
   // The next token where a value or a statement may begin: paths, names,
   // numbers, texts, and the signs that may stand there.
-  const Token& PeekValue() { return Peek(true); }
+  const ScriptToken& PeekValue() { return Peek(true); }
   // The next token behind a value: operators and other signs.
-  const Token& PeekOperator() { return Peek(false); }
+  const ScriptToken& PeekOperator() { return Peek(false); }
   // Passes the token that was looked at last.
-  Token Take();
+  ScriptToken Take();
   // Passes a sign or a word if it stands here.
   bool TakeIf(std::string_view word);
   // Passes a sign that has to stand here.
@@ -53,14 +53,14 @@ class ScriptLexer {
   SourcePlace PlaceAt(size_t at) const { return in_.PlaceAt(at); }
 
  private:
-  const Token& Peek(bool value);
+  const ScriptToken& Peek(bool value);
   void ReadValue();
   void ReadSign();
   void ReadNumber();
   bool ReadReference();
 
   SourceCursor in_;
-  Token token_;
+  ScriptToken token_;
   size_t before_ = 0;  // where token_, and the blanks before it, begin
   enum { kNone, kAsValue, kAsOperator } read_ = kNone;
 };

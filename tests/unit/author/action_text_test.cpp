@@ -95,6 +95,10 @@ TEST(ActionText, SemicolonsCommentsAndBlanksDivideActions) {
             (Bytes{kActionPlay, kActionStop, kActionNextFrame, 0}));
 }
 
+TEST(ActionText, CommentsMayStandInsideALine) {
+  EXPECT_EQ(Assemble("gotoFrame /* the\nfirst */ 1"), (Bytes{kActionGotoFrame, 2, 0, 1, 0, 0}));
+}
+
 TEST(ActionText, FloatsKeepEveryBit) {
   EXPECT_EQ(FloatText(0x80000000), "-0");
   EXPECT_EQ(FloatText(0x7F800000), "bits 0x7f800000");
@@ -213,6 +217,7 @@ TEST(ActionTextErrors, EachMistakeHasItsWords) {
   const auto expect = [](const std::string& text, const std::string& part) {
     EXPECT_NE(ErrorOf(text).find(part), std::string::npos) << text << "\n" << ErrorOf(text);
   };
+  expect("play /* and", "this comment is never closed");
   expect("3", "here stands an action");
   expect("a: a:", "the label a stands here a second time");
   expect("play stop", "one stands on a line");
