@@ -69,6 +69,28 @@ class DisplayList {
   void BeginHold(SObject* parent);
   void FinishHold();
 
+  // Marks the whole tree before a frame is built anew from scattered data.
+  void MarkForSyncFrameRemoval();
+
+  // --- What lies under a point, and buttons (hit_test.cpp, button.cpp). Points
+  // are pixels; what they meet is what the last CalcUpdate saw. ---
+
+  // The topmost object of any kind, inside the view or not; null for none.
+  SObject* HitTest(const SPOINT* pixel);
+  // The topmost button or selectable edit text inside the view, or null.
+  SObject* HitButton(const SPOINT* pixel);
+  // The pointer is over the button `hit`, or over none. Runs what this changes:
+  // swaps the children of buttons, which may run tags, and queues actions. True
+  // if anything happened.
+  bool SetButton(SObject* hit, bool mouseDown);
+  // One ButtonTransition of `object`: its new state, its actions, and whether
+  // it is the tracked one from now on.
+  void DoButtonStateTransition(SObject* object, int32_t transition);
+  // Gives a button the children of a ButtonState; nothing for other objects.
+  void UpdateButton(SObject* object, int32_t state);
+  // Queues what a button's ButtonTransition fires.
+  void DoButtonAction(SObject* object, int32_t transition);
+
   // --- Timelines (threads.cpp) ---
 
   // Lists a timeline at the head of `threads`; a listed one stays where it is.
@@ -164,9 +186,10 @@ class DisplayList {
   SObject* holdParent = nullptr;    // whose; null outside a hold
   ScriptThread* threads = nullptr;  // linked through their own `next`; not owned
 
-  // The button that has the pointer and its state (SObject::buttonState).
+  // The button that has the pointer, and its ButtonState.
   SObject* button = nullptr;
   int32_t buttonState = 0;
+  bool mouseOverEditText = false;  // the pointer is over text that can be selected
 
   SRECT tabFocusRect;        // the keyboard focus frame, device units
   bool useFocusRect = true;  // show it
@@ -194,6 +217,12 @@ class DisplayList {
   // budget; once it is spent, timelines wait as if for data.
   void ResetTagBudget() { tagsLeft = kMaxTagsPerCall; }
   int32_t tagsLeft = kMaxTagsPerCall;
+  // Pays for work that a movie can multiply; false once the budget is spent.
+  bool SpendTags(int32_t tags) {
+    if (tagsLeft <= 0) return false;
+    tagsLeft -= tags;
+    return true;
+  }
 
   // The next timeline that the running round over `threads` steps; moves on
   // when that one is removed. Null outside a round.
@@ -205,6 +234,8 @@ class DisplayList {
   void PlaceSprite(SObject* object);
   void PlaceLoadedMovie(SObject* object, bool clone);
   void PlaceButton(SObject* object);
+  void TrackButton(SObject* object);
+  SPOINT DevPoint(const SPOINT* pixel) const;
   void TakeHeldObject(SObject** link);
   void KeepHeldObject(SObject** link, bool samePlace);
   void AddFocusFrame(RColor* color, REdge** edges);

@@ -16,7 +16,7 @@ namespace vexel {
 // A mask inside more masks than this doesn't clip.
 static constexpr int32_t kMaxBrackets = kMaxNesting;
 
-static STransform Concatenated(const SObject* object, const STransform& t) {
+STransform Concatenated(const SObject* object, const STransform& t) {
   STransform inner = t;
   MatrixConcat(&object->mat, &t.mat, &inner.mat);
   inner.cxform.Concat(&object->cxform);

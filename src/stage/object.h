@@ -44,6 +44,9 @@ struct PlaceInfo : STransform {
   const char* name = nullptr;  // borrowed; the object takes a copy
 };
 
+// Whether a frame that is built anew from scattered data has placed an object.
+enum SyncMark : uint8_t { kSyncUnmarked = 0, kSyncUnconfirmed = 1 };
+
 // Objects live in the display list's pool, from PlaceObject to DoRemove or to
 // their parent's FreeChildren. What is held across a call that can run tags
 // stays in a WeakSlot<SObject>.
@@ -63,7 +66,7 @@ struct SObject {
   ColorTransform cxform;  // local colour transform
   SRECT devBounds;        // the character's bounds in device units, as of the last CalcUpdate
   bool scriptControlled = false;  // actions own the place: timeline tags leave it alone
-  uint8_t buttonState = 0;        // of a button: 0 none yet, 1 idle, 2 over, 3 down, 4 dragged off
+  uint8_t buttonState = 0;        // of a button: a ButtonState
   bool drawn = false;             // has joined a paint since its bounds were last invalidated
   bool dirty = false;             // changed since the last CalcUpdate
   bool visible = true;            // clear: the subtree is neither drawn nor hit
@@ -78,7 +81,8 @@ struct SObject {
   REdge* edges = nullptr;    // cache, from the display's edge pool
   RColor* colors = nullptr;  // cache, from the display's colour pool
 
-  uint16_t nesting = 0;  // levels below the root
+  uint8_t syncRemovalMark = 0;  // a SyncMark
+  uint16_t nesting = 0;         // levels below the root
   WeakHead<SObject> weakSlots;
 
   // Marks the object and the display; every change of a transform, ratio or
@@ -113,7 +117,35 @@ struct SObject {
   void Draw(CRaster* raster, STransform t, RColor* clipper);
   // Adds a mask and the siblings that it clips; returns the next sibling.
   SObject* DrawClipBracket(CRaster* raster, STransform t, RColor* clipper);
+
+  // --- What lies under a point (hit_test.cpp). Points are device units, and
+  // `t` is the parent's transform; bounds are those of the last CalcUpdate. ---
+
+  // Puts the topmost object under the point, of this one and all below it, into
+  // `found`, and leaves it alone if there is none.
+  void HitTest(SObject*& found, const STransform& t, const SPOINT* pt);
+  // The same of buttons, by their hit areas, and of texts that can be selected.
+  // Other objects are not found, and hide nothing.
+  void HitButton(SObject*& found, const STransform& t, const SPOINT* pt);
+  // Of a mask: the next sibling to test. Where the point is not in the mask,
+  // what it clips is passed over.
+  SObject* HitClipper(const STransform& t, const SPOINT* pt);
+  // Whether the point is in this object itself; `t` includes its transform.
+  bool HitTestOne(const STransform* t, const SPOINT* pt);
+
+  // --- Buttons (button.cpp) ---
+
+  // The hit area of a button, or the bounds of an edit text, in device units;
+  // empty for other kinds.
+  void CalcButtonBounds(SRECT* out) const;
+
+  // Marks the subtree before its frame is built anew; buttons lose what they
+  // show.
+  void MarkForSyncFrameRemoval();
 };
+
+// `t` as the children of `object` see it.
+STransform Concatenated(const SObject* object, const STransform& t);
 
 // The box of the object and all below it, under its own transform: in the
 // units of its parent, or, with `m`, where `m` maps those. Unseen objects

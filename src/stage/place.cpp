@@ -9,13 +9,12 @@
 #include "movie/character.h"
 #include "movie/script_player.h"
 #include "player/text.h"
+#include "stage/button.h"
 #include "stage/display_list.h"
 
 namespace vexel {
 
 namespace {
-
-constexpr uint8_t kButtonIdle = 1;
 
 // Steps along a list of children that count as a tag.
 constexpr int32_t kStepsPerTag = 64;
@@ -172,13 +171,13 @@ void DisplayList::PlaceLoadedMovie(SObject* object, bool clone) {
 // A button that was tracked and left the stage with a frame comes back in the
 // state that it left.
 void DisplayList::PlaceButton(SObject* object) {
-  object->buttonState = kButtonIdle;
-  if (object->depth != savedButtonDepth || object->parent != savedButtonParent ||
-      object->character != savedButtonCharacter || object->ratio != savedButtonRatio) {
-    return;
+  int32_t state = buttonIdle;
+  if (object->depth == savedButtonDepth && object->parent == savedButtonParent &&
+      object->character == savedButtonCharacter && object->ratio == savedButtonRatio) {
+    state = buttonState;
+    button = object;
   }
-  object->buttonState = static_cast<uint8_t>(buttonState);
-  button = object;
+  UpdateButton(object, state);
 }
 
 SObject* DisplayList::MoveObject(SObject* parent, const PlaceInfo* info) {

@@ -255,7 +255,7 @@ TEST_F(Properties, WidthAndHeightAreThoseOfTheBoundingBox) {
   EXPECT_EQ(Set(kPropHeight, 50), "");
   a->mat.a = 0x20000;
   EXPECT_EQ(Get(kPropWidth), 20);
-  EXPECT_EQ(player.GetProperty(&player, kPropWidth), 22);
+  EXPECT_EQ(player.GetProperty(&player, kPropWidth), 24);
 }
 
 TEST_F(Properties, AnEmptySpriteHasNoSize) {
