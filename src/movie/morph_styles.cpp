@@ -2,6 +2,7 @@
 // becomes one colour source, mixed at the parser's ratio.
 #include "geometry/interpolate.h"
 #include "movie/shape_parser.h"
+#include "movie/solid_color.h"
 #include "raster/rcolor.h"
 
 namespace vexel {
@@ -34,7 +35,7 @@ void SShapeParser::GetMorphFill(RColor* color) {
     GetColor(&start, getAlpha);
     GetColor(&end, getAlpha);
     Interpolate(&start, &end, ratio, &start);
-    SetSolid(color, start);
+    SetSolidColor(color, start, cxform);
   }
 }
 
@@ -48,7 +49,7 @@ void SShapeParser::GetMorphLine(LineStyle* style) {
   GetColor(&start, getAlpha);
   GetColor(&end, getAlpha);
   Interpolate(&start, &end, ratio, &start);
-  SetSolid(style->color, start);
+  SetSolidColor(style->color, start, cxform);
 }
 
 bool SShapeParser::GetMorphStyles() {

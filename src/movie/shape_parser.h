@@ -55,6 +55,11 @@ class SShapeParser : public SParser {
   [[nodiscard]] bool GetStyles();
   [[nodiscard]] bool GetMorphStyles();
 
+  // Starts a bit read with the widths of fill and line indexes, which stand in
+  // front of all edge records: GetStyles reads them, for glyphs and morphs the
+  // caller does.
+  void GetIndexWidths();
+
   // Completes a colour whose style has been read: inverts the matrices that
   // samplers need, and builds its cache. Nothing without `raster`.
   void SetupColor(RColor* color);
@@ -110,7 +115,6 @@ class SShapeParser : public SParser {
   void GetLine(LineStyle* style);
   void GetMorphLine(LineStyle* style);
   void GetBitmapFill(RColor* color, uint8_t type, bool morph);
-  void SetSolid(RColor* color, RGBI rgb);
   void StartGradient(RColor* color, uint8_t type);
   void AddStop(RColor* color, uint8_t position, SRGB stop, bool fades);
   void FinishGradient(RColor* color);

@@ -4,6 +4,7 @@
 
 #include "movie/script_player.h"
 #include "movie/shape_parser.h"
+#include "movie/solid_color.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
 #include "stage/display_list.h"
@@ -110,18 +111,6 @@ RColor* SShapeParser::NewStyleColor(int32_t order) {
   return color;
 }
 
-void SShapeParser::SetSolid(RColor* color, RGBI rgb) {
-  cxform.Apply(&rgb, 1);
-  if (rgb.alpha < 255) {
-    const uint32_t scale = rgb.alpha + 1u;
-    rgb.red = static_cast<uint16_t>(rgb.red * scale >> 8);
-    rgb.green = static_cast<uint16_t>(rgb.green * scale >> 8);
-    rgb.blue = static_cast<uint16_t>(rgb.blue * scale >> 8);
-    color->transparent = true;
-  }
-  color->rgb = rgb;
-}
-
 void SShapeParser::StartGradient(RColor* color, uint8_t type) {
   color->colorType = colorGradient;
   color->rgb = kOpaqueBlack;
@@ -181,7 +170,7 @@ void SShapeParser::GetFill(RColor* color) {
   } else {
     RGBI rgb;
     GetColor(&rgb, getAlpha);
-    SetSolid(color, rgb);
+    SetSolidColor(color, rgb, cxform);
   }
 }
 
@@ -189,7 +178,7 @@ void SShapeParser::GetLine(LineStyle* style) {
   style->thickness = MatrixTransformThickness(&mat, GetWord());
   RGBI rgb;
   GetColor(&rgb, getAlpha);
-  SetSolid(style->color, rgb);
+  SetSolidColor(style->color, rgb, cxform);
 }
 
 void SShapeParser::SetupColor(RColor* color) {
@@ -246,10 +235,14 @@ bool SShapeParser::GetTables(bool morph) {
 
 bool SShapeParser::GetStyles() {
   if (!GetTables(false)) return false;
+  GetIndexWidths();
+  return true;
+}
+
+void SShapeParser::GetIndexWidths() {
   InitBits();
   nFillBits = static_cast<int32_t>(GetBits(4));
   nLineBits = static_cast<int32_t>(GetBits(4));
-  return true;
 }
 
 }  // namespace vexel

@@ -89,9 +89,7 @@ void SCharacterParser::BuildEdges(bool getStyles, const SRECT* devBounds) {
     if (!GetStyles()) return;
     if (object->clipDepth != 0) MakeClipper();
   } else {
-    InitBits();
-    nFillBits = static_cast<int32_t>(GetBits(4));
-    nLineBits = static_cast<int32_t>(GetBits(4));
+    GetIndexWidths();
   }
   ClearColors();
   for (;;) {

@@ -35,14 +35,10 @@ void SCharacterParser::BuildMorphEdges(const SRECT* devBounds) {
   const int64_t offset = GetDWord();
   const int64_t endPos = pos + offset < dataEnd ? pos + offset : dataEnd;
   SShapeParser end(player, script, dataEnd, static_cast<int32_t>(endPos), &mat);
-  end.InitBits();
-  end.nFillBits = static_cast<int32_t>(end.GetBits(4));
-  end.nLineBits = static_cast<int32_t>(end.GetBits(4));
+  end.GetIndexWidths();
   if (!GetMorphStyles()) return;
   if (object->clipDepth != 0) MakeClipper();
-  InitBits();
-  nFillBits = static_cast<int32_t>(GetBits(4));
-  nLineBits = static_cast<int32_t>(GetBits(4));
+  GetIndexWidths();
   ClearColors();
   for (;;) {
     CURVE curve;

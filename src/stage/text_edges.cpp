@@ -4,6 +4,7 @@
 
 #include "movie/character.h"
 #include "movie/script_player.h"
+#include "movie/solid_color.h"
 #include "movie/tags.h"
 #include "raster/rcolor.h"
 #include "stage/character_parser.h"
@@ -92,15 +93,7 @@ bool TextBuilder::GetColor() {
   color->next = m_object->colors;
   m_object->colors = color;
   color->order = m_layer++;
-  if (m_transform->cxform.flags != 0) m_transform->cxform.Apply(&rgb, 1);
-  if (rgb.alpha < 255) {
-    const int32_t scale = rgb.alpha + 1;
-    rgb.red = static_cast<uint16_t>(rgb.red * scale >> 8);
-    rgb.green = static_cast<uint16_t>(rgb.green * scale >> 8);
-    rgb.blue = static_cast<uint16_t>(rgb.blue * scale >> 8);
-    color->transparent = true;
-  }
-  color->rgb = rgb;
+  SetSolidColor(color, rgb, m_transform->cxform);
   if (RasterForCaches(display)) color->BuildCache();
   m_color = color;
   return true;
