@@ -58,7 +58,12 @@ class Disassembler {
       Line(action.code == kActionEnd ? "end" : ActionText(action));
     }
     PrintLabel(tail_);
-    if (endIsOwn_) return std::move(out_);
+    if (endIsOwn_) {
+      // Behind an end of its own the block would get no other.
+      const bool isSecond = !actions_.empty() && actions_.back().code == kActionEnd;
+      if (isSecond && labels_.count(tail_) == 0) Line("end");
+      return std::move(out_);
+    }
     for (size_t at = tail_; at < block_.size(); at += kBytesPerLine) {
       const size_t size = std::min(kBytesPerLine, block_.size() - at);
       Line(std::string("bytes ").append(HexText(block_.subspan(at, size))));
@@ -69,7 +74,7 @@ class Disassembler {
 
  private:
   void Walk() {
-    int64_t reach = 0;  // the farthest place that a jump leads to
+    int64_t reach = 0;  // the farthest place in the block that a jump leads to
     while (tail_ < block_.size()) {
       const std::optional<ActionView> action = ReadAction(block_, tail_);
       if (!action) return;
@@ -79,7 +84,9 @@ class Disassembler {
       }
       actions_.push_back(*action);
       tail_ = action->end;
-      if (IsJump(*action)) reach = std::max(reach, JumpTarget(*action));
+      if (IsJump(*action) && JumpTarget(*action) < std::ssize(block_)) {
+        reach = std::max(reach, JumpTarget(*action));
+      }
       if (action->code == kActionEnd && reach < static_cast<int64_t>(tail_)) return;
     }
   }

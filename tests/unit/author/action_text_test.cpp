@@ -175,6 +175,17 @@ TEST(ActionText, ActionsBehindAnEndByteThatAJumpReachesArePrintedAsActions) {
   ExpectRoundTrip(block);
 }
 
+TEST(ActionText, TwoEndBytesInTheReachOfAJumpAreTwoEnds) {
+  const Bytes block = {kActionIf, 2, 0, 1, 0, 0, 0x6D, 0, 0x6D, 0, 0};
+  ExpectRoundTrip(block);
+  const Bytes reached = {kActionIf, 2, 0, 3, 0, 0, 0x6D, 0, 0};
+  EXPECT_EQ(Text(reached), "if L1\nend\naction 0x6d\nend\nL1:\n");
+  ExpectRoundTrip(reached);
+  const Bytes behind = {kActionIf, 2, 0, 2, 0, 0, 0x6D, 0, 0};
+  EXPECT_EQ(Text(behind), "if L1\nend\naction 0x6d\nL1:\nend\nend\n");
+  ExpectRoundTrip(behind);
+}
+
 TEST(ActionText, BlockMayCloseWithAnEndOfItsOwn) {
   EXPECT_EQ(Assemble("play\nend"), (Bytes{kActionPlay, 0}));
   EXPECT_EQ(Assemble("jump on\nend\non:"), (Bytes{kActionJump, 2, 0, 1, 0, 0, 0}));
