@@ -42,16 +42,6 @@ bool SPlayer::StepThreads() {
   return changed;
 }
 
-void SPlayer::DoActions() {
-  if (!loaded || actionDepth != 0) return;
-  actionDepth = 1;
-  DataSpan action;
-  ScriptThread* thread;
-  while (display.actionList.PopAction(&action, &thread)) {
-  }
-  actionDepth = 0;
-}
-
 void SPlayer::DoPlay(uint32_t time) {
   if (!loaded || actionDepth != 0) return;
   display.ResetTagBudget();

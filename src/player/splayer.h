@@ -11,6 +11,7 @@
 #include "geometry/rect.h"
 #include "movie/script_player.h"
 #include "movie/weak.h"
+#include "player/script_stack.h"
 #include "raster/bit_buffer.h"
 #include "stage/display_list.h"
 
@@ -32,6 +33,8 @@ enum CameraUpdate : int32_t {
 // `mode` of Pan.
 inline constexpr int32_t kPanPixels = 0;
 inline constexpr int32_t kPanPercent = 1;
+
+class ActionTrace;
 
 class SPlayer : public ScriptPlayer {
  public:
@@ -223,6 +226,9 @@ class SPlayer : public ScriptPlayer {
 
   int32_t scaleMode = 0;
   SRECT zoomRect;  // the part shown, twentieths; empty when all of `frame` is
+
+  ScriptStack stack;                   // the values of the action language
+  ActionTrace* actionTrace = nullptr;  // not owned: sees each action, for tools
 
   int32_t bufferTime = 5;      // property 18: a number that scripts may keep here
   bool actionsHalted = false;  // a run went through too many actions; never cleared

@@ -54,6 +54,12 @@ void ActionList::RemoveThread(ScriptThread* thread) {
   }
 }
 
+void ActionList::Clear() {
+  for (; head != tail; ++head) actions[head & mask] = DataSpan();
+  head = 0;
+  tail = 0;
+}
+
 bool ActionList::PopAction(DataSpan* action, ScriptThread** thread) {
   if (IsEmpty()) return false;
   *action = std::exchange(actions[head & mask], DataSpan());

@@ -28,7 +28,14 @@ class ActionList {
   // whose bytes are null is passed over by whoever runs the queue.
   void RemoveThread(ScriptThread* thread);
 
+  // Drops all entries.
+  void Clear();
+
   bool IsEmpty() const { return head == tail; }
+
+  // The oldest entry, which must exist; both null once it is cancelled.
+  const DataSpan& FirstAction() const { return actions[head & mask]; }
+  ScriptThread* FirstThread() const { return threads[head & mask]; }
 
   // Takes the oldest entry off the queue into `action` and `thread`; both are
   // null for a cancelled one. False if the queue is empty.
@@ -46,6 +53,20 @@ class ActionList {
  private:
   // Doubles the capacity; false at the limit or without memory.
   bool Grow();
+};
+
+// Calls of frames nest so deep at the most; the base is one of them.
+inline constexpr int32_t kMaxActionCalls = 256;
+
+// A list that is being run: the base entry holds the stage's own list, the
+// others lists that the interpreter makes and deletes.
+struct ActionCallEntry {
+  ActionList* list = nullptr;
+  // What the last set-target action chose. Null with `hasTarget` when it named
+  // nothing. Cleared, both of them, when that timeline ends.
+  ScriptThread* targetThread = nullptr;
+  bool hasTarget = false;
+  int32_t resumeAt = 0;  // offset in the list's first block, where a call left it
 };
 
 }  // namespace vexel

@@ -211,6 +211,9 @@ class DisplayList {
   int32_t colorCount = 0;
 
   ActionList actionList;
+  // The lists that run at this moment, innermost last; none between runs.
+  ActionCallEntry actionCallStack[kMaxActionCalls];
+  int32_t actionCallDepth = 0;
 
   // Tags that may still be run inside the present host call, by all timelines
   // together. Every call of the host that can run tags starts with a full
@@ -230,6 +233,7 @@ class DisplayList {
 
  private:
   SObject** FindLink(SObject* parent, uint16_t depth);
+  void RemoveActions(ActionList* list, ScriptThread* thread);
   void JoinThread(SObject* object, ScriptThread* thread, ScriptPlayer* player);
   void PlaceSprite(SObject* object);
   void PlaceLoadedMovie(SObject* object, bool clone);

@@ -21,13 +21,23 @@ void DisplayList::AddThread(ScriptThread* thread) {
   threads = thread;
 }
 
+// Paid for out of the tag budget: sprites that hold themselves come and go by
+// the ten thousand, each with a full queue to look through.
+void DisplayList::RemoveActions(ActionList* list, ScriptThread* thread) {
+  if (tagsLeft > 0) tagsLeft -= static_cast<int32_t>((list->tail - list->head) / kStepsPerTag);
+  list->RemoveThread(thread);
+}
+
 void DisplayList::RemoveThread(ScriptThread* thread) {
-  // Paid for out of the tag budget: sprites that hold themselves come and go by
-  // the ten thousand, each with a full queue to look through.
-  if (tagsLeft > 0) {
-    tagsLeft -= static_cast<int32_t>((actionList.tail - actionList.head) / kStepsPerTag);
+  RemoveActions(&actionList, thread);
+  for (int32_t i = 0; i < actionCallDepth; ++i) {
+    ActionCallEntry& call = actionCallStack[i];
+    if (call.targetThread == thread) {
+      call.targetThread = nullptr;
+      call.hasTarget = false;
+    }
+    if (call.list != &actionList) RemoveActions(call.list, thread);
   }
-  actionList.RemoveThread(thread);
   if (!thread->listLink) return;
   if (threadCursor == thread) threadCursor = thread->next;
   *thread->listLink = thread->next;
