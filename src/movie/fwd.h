@@ -11,6 +11,7 @@ class SShapeParser;
 class ScriptThread;
 class ScriptPlayer;
 class SPlayer;
+class PlayObserver;
 struct SCharacter;
 struct ScriptVariable;
 struct JPEGPlayState;

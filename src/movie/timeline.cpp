@@ -1,6 +1,7 @@
 // Running a timeline: one tag, the tags of a frame, a seek, a step.
 #include <cstring>
 
+#include "movie/observer.h"
 #include "movie/script_player.h"
 #include "movie/script_thread.h"
 #include "movie/tags.h"
@@ -103,7 +104,12 @@ int32_t ScriptThread::DoTag() {
   if (display && display->tagsLeft <= 0) return kScriptWaiting;
   const int32_t code = GetTag(len);
   if (code < 0) return kScriptWaiting;
-  if (display) --display->tagsLeft;
+  PlayObserver* observer = nullptr;
+  if (display) {
+    --display->tagsLeft;
+    observer = display->observer;
+  }
+  if (observer) observer->OnTag(*this);
 
   // Handlers run other timelines (a placed sprite's first frame), never this
   // one; still, where this tag ends is kept out of their reach.
@@ -114,6 +120,7 @@ int32_t ScriptThread::DoTag() {
       break;
     case kTagFrameEnd:
       ++curFrame;
+      if (observer) observer->OnFrame(*this);
       break;
     case kTagFreeCharacter:
       FreeCharacterTag(this);

@@ -201,6 +201,8 @@ class DisplayList {
   uint16_t savedButtonDepth = 0;
   uint16_t savedButtonRatio = 0;
 
+  PlayObserver* observer = nullptr;  // not owned; null for none
+
   int32_t instanceNameCount = 0;  // automatic sprite names; never reset
 
   ChunkAlloc edgeAlloc;

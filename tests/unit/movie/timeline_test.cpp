@@ -3,8 +3,10 @@
 
 #include <chrono>
 #include <string>
+#include <utility>
 
 #include "author/writer.h"
+#include "movie/observer.h"
 #include "movie/tags.h"
 #include "support/check_stage.h"
 #include "support/test_player.h"
@@ -485,6 +487,55 @@ TEST_F(Timeline, ClearStatePlaysAndLoops) {
   EXPECT_EQ(player.scriptErr, 0);
   EXPECT_EQ(player.curFrame, -1);
   EXPECT_EQ(player.script, nullptr);
+}
+
+// Writes down what it is told: "code@header+length" of a tag, and a frame's
+// number, in parentheses if it is passed on the way to another one.
+class Notes : public PlayObserver {
+ public:
+  void OnTag(const ScriptThread& thread) override {
+    text += std::to_string(thread.tagCode) + '@' + std::to_string(thread.tagPos - thread.startPos);
+    text += '+' + std::to_string(thread.tagEnd - thread.pos) + ' ';
+  }
+  void OnFrame(const ScriptThread& thread) override {
+    const std::string number = std::to_string(thread.curFrame);
+    text += thread.seeking ? '(' + number + ") " : number + ' ';
+  }
+  std::string Take() { return std::exchange(text, std::string()); }
+
+  std::string text;
+};
+
+TEST_F(Timeline, AnObserverIsToldOfEveryTagBeforeAndOfEveryFrameAfterItRuns) {
+  Notes notes;
+  MovieWriter movie(100, 100);
+  movie.FrameLabel("abc").FrameEnd().FrameEnd().FrameEnd().End();
+  Take(movie.Finish());
+  player.display.observer = &notes;
+  player.DrawFrame(0, false);
+  EXPECT_EQ(notes.Take(), "43@0+4 1@6+0 0 ");
+  player.Seek(2);
+  EXPECT_EQ(notes.Take(), "1@8+0 (1) 1@10+0 2 ");
+  player.Seek(1);
+  EXPECT_EQ(notes.Take(), "43@0+4 1@6+0 (0) 1@8+0 1 ");
+  player.Seek(1);
+  player.FindLabel("none");
+  EXPECT_EQ(notes.Take(), "");
+}
+
+TEST_F(Timeline, AnObserverIsToldOfSpritesToo) {
+  Notes notes;
+  TagStream sprite;
+  sprite.FrameEnd().FrameEnd().End();
+  MovieWriter movie(100, 100);
+  movie.DefineSprite(2, sprite).Place(2, 1).FrameEnd().End();
+  Take(movie.Finish());
+  player.display.observer = &notes;
+  player.DrawFrame(0, false);
+  EXPECT_EQ(notes.Take(), "39@0+10 26@12+6 1@0+0 0 1@20+0 0 ");
+  player.display.observer = nullptr;
+  player.DrawFrame(0, true);
+  EXPECT_EQ(notes.Take(), "");
 }
 
 }  // namespace
