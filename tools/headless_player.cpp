@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "player/random.h"
 #include "player/text.h"
 #include "raster/color_table.h"
 #include "status.h"
@@ -47,7 +48,9 @@ StandingClock::StandingClock() {
   SetTickClock(Tick);
 }
 
-HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view) {
+HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view,
+                               const PlayOptions& play)
+    : calls_(play.calls) {
   const int32_t width = view.width ? view.width : movie.width;
   const int32_t height = view.width ? view.height : movie.height;
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
@@ -58,6 +61,8 @@ HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view) 
   highQuality = view.highQuality;
   if (!CreateBuffer(&bits, view.pixelFormat, width, height))
     throw Failure(kFailed, movie.path, "not enough memory for " + size);
+  gRandomFast = {play.seed, kRandomTaps, 0};
+  display.observer = play.observer;
   SetCamera(kCameraOnly);
   display.ModifyCamera();
   PushDataBuf(movie.bytes.data(), static_cast<int32_t>(movie.bytes.size()));
@@ -106,11 +111,58 @@ void HeadlessPlayer::Step(int64_t count) {
   }
 }
 
-void HeadlessPlayer::SetQuality(bool high) {
-  highQuality = high;
-  bestQuality = false;
-  autoQuality = false;
-  SetCamera(kCameraShowSoon);
+void HeadlessPlayer::Tell(const PlatformCall& call) {
+  if (calls_) calls_->OnCall(call);
+}
+
+void HeadlessPlayer::TellOfScreen(const char* name) {
+  Tell({.name = name, .ofScreen = true});
+}
+
+void HeadlessPlayer::CheckUpdate() {
+  TellOfScreen("CheckUpdate");
+}
+void HeadlessPlayer::UpdateScreen() {
+  TellOfScreen("UpdateScreen");
+}
+bool HeadlessPlayer::StartTimer() {
+  TellOfScreen("StartTimer");
+  return true;
+}
+void HeadlessPlayer::StopTimer() {
+  TellOfScreen("StopTimer");
+}
+void HeadlessPlayer::ClientRect(SRECT* out) {
+  TellOfScreen("ClientRect");
+  *out = client_;
+}
+void HeadlessPlayer::XSetCapture() {
+  TellOfScreen("XSetCapture");
+}
+void HeadlessPlayer::XReleaseCapture() {
+  TellOfScreen("XReleaseCapture");
+}
+void HeadlessPlayer::GetURL(const char* url, const char* target, const char* postData,
+                            int32_t flags) {
+  Tell({.name = "GetURL", .url = url, .target = target, .post = postData, .flags = flags});
+}
+void HeadlessPlayer::ShowStatus(const char*) {
+  TellOfScreen("ShowStatus");
+}
+void HeadlessPlayer::UpdateCursor(int32_t) {
+  TellOfScreen("UpdateCursor");
+}
+void HeadlessPlayer::CloseStream(ScriptPlayer*) {
+  TellOfScreen("CloseStream");
+}
+void HeadlessPlayer::XStopPlay() {
+  Tell({.name = "XStopPlay"});
+}
+void HeadlessPlayer::XPlay() {
+  Tell({.name = "XPlay"});
+}
+void HeadlessPlayer::XSeek(int32_t frame) {
+  Tell({.name = "XSeek", .frame = frame});
 }
 
 }  // namespace vexel::tools

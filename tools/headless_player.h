@@ -7,6 +7,7 @@
 
 #include "geometry/rect.h"
 #include "movie_file.h"
+#include "platform_call.h"
 #include "player/splayer.h"
 
 namespace vexel::tools {
@@ -31,11 +32,20 @@ struct StandingClock {
   StandingClock();
 };
 
+// How a movie is played, and who is told of it; none of this changes a picture
+// but the seed, and that only of a movie that asks for random numbers.
+struct PlayOptions {
+  uint32_t seed = 1;
+  PlatformListener* calls = nullptr;  // not owned
+  PlayObserver* observer = nullptr;   // not owned
+};
+
 class HeadlessPlayer : private StandingClock, public SPlayer {
  public:
-  // Takes the whole movie in, as far as it can be shown, and draws nothing.
-  // Throws Failure for a size out of range and without memory.
-  HeadlessPlayer(const MovieFile& movie, const ViewOptions& view);
+  // Takes the whole movie in, as far as it can be shown, runs the actions of
+  // its first frame, and draws nothing. Throws Failure for a size out of range
+  // and without memory.
+  HeadlessPlayer(const MovieFile& movie, const ViewOptions& view, const PlayOptions& play = {});
   ~HeadlessPlayer() override;
 
   // Repaints what is dirty.
@@ -44,34 +54,34 @@ class HeadlessPlayer : private StandingClock, public SPlayer {
   // Steps every timeline `count` times, running the actions of each step.
   void Step(int64_t count);
 
-  // As property 16 does: rebuilds the camera.
-  void SetQuality(bool high);
-
   // What the last Redraw painted, in pixels, xmax and ymax exclusive.
   const std::vector<SRECT>& painted() const { return painted_; }
 
   // The screen is a buffer that is looked at when a redraw is over, so there
-  // is nothing to do at a convenient moment or at once.
-  void CheckUpdate() override {}
-  void UpdateScreen() override {}
-  bool StartTimer() override { return true; }
-  void StopTimer() override {}
-  void ClientRect(SRECT* out) override { *out = client_; }
-  // There is no pointer, no browser and no host's clock here.
-  void XSetCapture() override {}
-  void XReleaseCapture() override {}
-  void GetURL(const char*, const char*, const char*, int32_t) override {}
-  void ShowStatus(const char*) override {}
-  void UpdateCursor(int32_t) override {}
-  void CloseStream(ScriptPlayer*) override {}
-  void XStopPlay() override {}
-  void XPlay() override {}
-  void XSeek(int32_t) override {}
+  // is nothing to do at a convenient moment or at once; nor is there a pointer,
+  // a browser or a host's clock. Every call is told to who listens.
+  void CheckUpdate() override;
+  void UpdateScreen() override;
+  bool StartTimer() override;
+  void StopTimer() override;
+  void ClientRect(SRECT* out) override;
+  void XSetCapture() override;
+  void XReleaseCapture() override;
+  void GetURL(const char* url, const char* target, const char* postData, int32_t flags) override;
+  void ShowStatus(const char* text) override;
+  void UpdateCursor(int32_t cursor) override;
+  void CloseStream(ScriptPlayer* movie) override;
+  void XStopPlay() override;
+  void XPlay() override;
+  void XSeek(int32_t frame) override;
 
  private:
   void NotePaint();
+  void Tell(const PlatformCall& call);
+  void TellOfScreen(const char* name);
 
   SRECT client_;
+  PlatformListener* calls_;
   std::vector<SRECT> painted_;
 };
 

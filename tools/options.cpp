@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "raster/format_table.h"
+#include "trace.h"
 
 namespace vexel::tools {
 
@@ -77,6 +78,13 @@ void AddFormatOption(CLI::App* verb, ViewOptions* view) {
   AddParsed(verb, "--format", "FORMAT", "one of" + names,
             "pixel format of the buffer (pix32):" + names,
             [=](const std::string& text) { return ParseFormat(text, view); });
+}
+
+void AddTraceOption(CLI::App* verb, int* kinds) {
+  const std::string names = TraceKindNames();
+  AddParsed(verb, "--trace", "KINDS", "a list of " + names,
+            "tell on standard error of " + names + ", separated by commas",
+            [=](const std::string& text) { return ParseTrace(text, kinds); });
 }
 
 CLI::Option* AddNumberOption(CLI::App* verb, const std::string& name, const std::string& type,

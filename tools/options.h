@@ -17,6 +17,9 @@ void AddViewOptions(CLI::App* verb, ViewOptions* view);
 // --format.
 void AddFormatOption(CLI::App* verb, ViewOptions* view);
 
+// --trace; `kinds` gets bits of TraceKind.
+void AddTraceOption(CLI::App* verb, int* kinds);
+
 // A whole decimal number with an optional minus sign, nothing else around it.
 bool ParseNumber(const std::string& text, int64_t min, int64_t max, int64_t* out);
 

@@ -3,123 +3,143 @@
 #include "run_script.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <vector>
+#include <iterator>
+#include <optional>
 
+#include "escapes.h"
 #include "options.h"
 #include "picture_out.h"
+#include "player/properties.h"
+#include "player/text.h"
+#include "script_arguments.h"
 #include "status.h"
-#include "target_path.h"
-#include "tree_text.h"
 
 namespace vexel::tools {
 
 namespace {
 
-// A line that cannot be understood; RunLine adds where it stands.
-struct BadLine {
-  std::string what;
+// A line longer than any text that a movie keeps, every byte of it escaped,
+// says that this is no script.
+constexpr size_t kMaxLine = 8 << 20;
+
+// What a command works on.
+struct Stage {
+  HeadlessPlayer* player;
+  const Results* results;
 };
 
-// The words behind a command, and their meanings.
-class Arguments {
- public:
-  explicit Arguments(const std::string& rest) : rest_(rest) {
-    for (size_t at = 0; (at = rest.find_first_not_of(kBlanks, at)) != std::string::npos;) {
-      const size_t end = std::min(rest.find_first_of(kBlanks, at), rest.size());
-      words_.push_back(rest.substr(at, end - at));
-      at = end;
-    }
-  }
-
-  size_t count() const { return words_.size(); }
-  // All of them as one text.
-  const std::string& rest() const { return rest_; }
-  const std::string& Word(size_t i) const { return words_[i]; }
-
-  int64_t Number(size_t i, int64_t min, int64_t max) const {
-    int64_t value;
-    if (!ParseNumber(words_[i], min, max, &value))
-      throw BadLine{"'" + words_[i] + "' is not a number from " + std::to_string(min) + " to " +
-                    std::to_string(max)};
-    return value;
-  }
-  int32_t Int(size_t i) const { return static_cast<int32_t>(Number(i, kInt32Min, kInt32Max)); }
-  uint32_t Ms(size_t i) const { return static_cast<uint32_t>(Number(i, 0, 0xFFFFFFFF)); }
-
-  static constexpr const char* kBlanks = " \t";
-
- private:
-  std::string rest_;
-  std::vector<std::string> words_;
-};
-
-void RunClock(HeadlessPlayer* player, const Arguments& args) {
-  const uint32_t ms = args.Ms(0);
-  SetTick(kFirstTick + ms);
-  player->DoPlay(ms);
+// A text that the player hands out.
+std::optional<std::string> Taken(char* text) {
+  if (!text) return {};
+  const std::string copy = text;
+  FreeStr(text);
+  return copy;
 }
 
-void RunWait(HeadlessPlayer*, const Arguments& args) {
+void RunClock(const Stage& stage, const ScriptArguments& args) {
+  const uint32_t ms = args.Ms(0);
+  SetTick(kFirstTick + ms);
+  stage.player->DoPlay(ms);
+}
+
+void RunWait(const Stage&, const ScriptArguments& args) {
   AdvanceTick(args.Ms(0));
 }
 
-void RunStep(HeadlessPlayer* player, const Arguments& args) {
-  player->Step(args.count() ? args.Number(0, 1, kInt32Max) : 1);
+void RunStep(const Stage& stage, const ScriptArguments& args) {
+  stage.player->Step(args.count() ? args.Number(0, 1, kInt32Max) : 1);
 }
 
-void RunFrame(HeadlessPlayer* player, const Arguments& args) {
-  const std::string& path = args.rest();
-  const ScriptThread* thread = FindTimeline(player, path);
-  if (thread) {
-    std::printf("frame %s = %d %d %d\n", path.c_str(), thread->curFrame, thread->numFrames,
-                thread->playing ? 1 : 0);
-  } else {
-    std::printf("frame %s undefined\n", path.c_str());
-  }
+SPOINT PointOf(const ScriptArguments& args) {
+  return {args.Int(0), args.Int(1)};
 }
 
-void RunSeek(HeadlessPlayer* player, const Arguments& args) {
-  player->GotoFrame(args.Int(0));
-}
-void RunPlay(HeadlessPlayer* player, const Arguments&) {
-  player->Play(false);
-}
-void RunStop(HeadlessPlayer* player, const Arguments&) {
-  player->StopPlay();
-}
-void RunZoom(HeadlessPlayer* player, const Arguments& args) {
-  player->Zoom(args.Int(0));
-}
-void RunHome(HeadlessPlayer* player, const Arguments&) {
-  player->Home();
+// No text field takes the focus, so there is no cursor to blink.
+void RunBlink(const Stage&, const ScriptArguments&) {}
+
+void RunGet(const Stage& stage, const ScriptArguments& args) {
+  const std::string name = args.Text(0);
+  stage.results->Variable(name, Taken(stage.player->GetVariable(stage.player, name.c_str())));
 }
 
-void RunPan(HeadlessPlayer* player, const Arguments& args) {
-  player->Pan(args.Int(0), args.Int(1), kPanPixels);
+// The first equal sign divides, as it is written, so that a name may hold one.
+void RunSet(const Stage& stage, const ScriptArguments& args) {
+  const std::string& line = args.line();
+  const size_t equal = line.find('=');
+  if (equal == std::string::npos) throw BadLine{"'set' takes NAME=TEXT"};
+  const std::string name = TextOf(line.substr(0, equal));
+  const std::string value = TextOf(line.substr(equal + 1));
+  stage.player->SetVariable(stage.player, name.c_str(), value.c_str());
 }
 
-void RunQuality(HeadlessPlayer* player, const Arguments& args) {
+ScriptThread* Timeline(const Stage& stage, const std::string& path) {
+  return stage.player->FindTarget(stage.player->rootObject, path.c_str());
+}
+
+void RunProp(const Stage& stage, const ScriptArguments& args) {
+  const std::string path = args.TextWord(0);
+  const int32_t index = args.Int(1);
+  char* value = stage.player->GetPropertyStr(Timeline(stage, path), index);
+  stage.results->Property(path, index, Taken(value));
+}
+
+void RunSetProp(const Stage& stage, const ScriptArguments& args) {
+  const std::string path = args.TextWord(0);
+  const int32_t index = args.Int(1);
+  const std::string value = args.Text(2);
+  stage.player->SetPropertyStr(Timeline(stage, path), index, value.c_str());
+}
+
+void RunFrame(const Stage& stage, const ScriptArguments& args) {
+  const std::string path = args.Text(0);
+  stage.results->Frame(path, Timeline(stage, path));
+}
+
+void RunSeek(const Stage& stage, const ScriptArguments& args) {
+  stage.player->GotoFrame(args.Int(0));
+}
+void RunPlay(const Stage& stage, const ScriptArguments&) {
+  stage.player->Play(false);
+}
+void RunStop(const Stage& stage, const ScriptArguments&) {
+  stage.player->StopPlay();
+}
+void RunZoom(const Stage& stage, const ScriptArguments& args) {
+  stage.player->Zoom(args.Int(0));
+}
+void RunHome(const Stage& stage, const ScriptArguments&) {
+  stage.player->Home();
+}
+
+void RunPan(const Stage& stage, const ScriptArguments& args) {
+  stage.player->Pan(args.Int(0), args.Int(1), kPanPixels);
+}
+
+void RunQuality(const Stage& stage, const ScriptArguments& args) {
   bool high;
   if (!ParseQuality(args.Word(0), &high))
-    throw BadLine{"'" + args.Word(0) + "' is neither low nor high"};
-  player->SetQuality(high);
+    throw BadLine{"'" + Escaped(args.Word(0)) + "' is neither low nor high"};
+  stage.player->SetProperty(stage.player, kPropQuality, high ? 1 : 0);
 }
 
-void RunTree(HeadlessPlayer* player, const Arguments&) {
-  std::fputs(TreeText(player->display).c_str(), stdout);
+void RunHit(const Stage& stage, const ScriptArguments& args) {
+  const SPOINT pt = PointOf(args);
+  stage.results->Hit(stage.player->display.HitTest(&pt));
 }
 
-void RunDirty(HeadlessPlayer* player, const Arguments&) {
-  for (const SRECT& r : player->painted())
-    std::printf("dirty %d %d %d %d\n", r.xmin, r.ymin, r.xmax, r.ymax);
-  if (player->painted().empty()) std::puts("dirty nothing");
+void RunTree(const Stage& stage, const ScriptArguments&) {
+  stage.results->Tree(stage.player->display);
 }
 
-void RunShot(HeadlessPlayer* player, const Arguments& args) {
-  if (PictureKindOf(args.rest()) == PictureKind::kNone)
-    throw BadLine{"'" + args.rest() + "' must end in .png or .raw"};
-  WritePicture(&player->bits, args.rest());
+void RunDirty(const Stage& stage, const ScriptArguments&) {
+  stage.results->Dirty(stage.player->painted());
+}
+
+void RunShot(const Stage& stage, const ScriptArguments& args) {
+  const std::string& file = args.line();
+  if (PictureKindOf(file) == PictureKind::kNone)
+    throw BadLine{"'" + Escaped(file) + "' must end in .png or .raw"};
+  WritePicture(&stage.player->bits, file);
 }
 
 struct Command {
@@ -128,56 +148,85 @@ struct Command {
   size_t minWords;
   size_t maxWords;  // kText: the rest of the line is one argument
   bool redraws;
-  void (*run)(HeadlessPlayer* player, const Arguments& args);
+  void (*run)(const Stage& stage, const ScriptArguments& args);
 };
 
 constexpr size_t kText = SIZE_MAX;
 
 // clang-format off
 constexpr Command kCommands[] = {
-    {"clock",   "MS",          1, 1,     true,  RunClock},
-    {"wait",    "MS",          1, 1,     false, RunWait},
-    {"step",    "[N]",         0, 1,     true,  RunStep},
-    {"frame",   "PATH",        1, kText, false, RunFrame},
-    {"seek",    "N",           1, 1,     true,  RunSeek},
-    {"play",    "",            0, 0,     true,  RunPlay},
-    {"stop",    "",            0, 0,     true,  RunStop},
-    {"zoom",    "PERCENT",     1, 1,     true,  RunZoom},
-    {"home",    "",            0, 0,     true,  RunHome},
-    {"pan",     "DX DY",       2, 2,     true,  RunPan},
-    {"quality", "low or high", 1, 1,     true,  RunQuality},
-    {"tree",    "",            0, 0,     false, RunTree},
-    {"dirty",   "",            0, 0,     false, RunDirty},
-    {"shot",    "FILE",        1, kText, false, RunShot},
+    {"clock",   "MS",                     1, 1,     true,  RunClock},
+    {"wait",    "MS",                     1, 1,     false, RunWait},
+    {"step",    "[N]",                    0, 1,     true,  RunStep},
+    {"blink",   "",                       0, 0,     true,  RunBlink},
+    {"get",     "NAME",                   1, kText, false, RunGet},
+    {"set",     "NAME=TEXT",              1, kText, true,  RunSet},
+    {"prop",    "PATH INDEX",             2, 2,     false, RunProp},
+    {"setprop", "PATH INDEX TEXT",        2, kText, true,  RunSetProp},
+    {"frame",   "PATH",                   1, kText, false, RunFrame},
+    {"seek",    "N",                      1, 1,     true,  RunSeek},
+    {"play",    "",                       0, 0,     true,  RunPlay},
+    {"stop",    "",                       0, 0,     true,  RunStop},
+    {"zoom",    "PERCENT",                1, 1,     true,  RunZoom},
+    {"home",    "",                       0, 0,     true,  RunHome},
+    {"pan",     "DX DY",                  2, 2,     true,  RunPan},
+    {"quality", "low or high",            1, 1,     true,  RunQuality},
+    {"hit",     "X Y",                    2, 2,     false, RunHit},
+    {"tree",    "",                       0, 0,     false, RunTree},
+    {"dirty",   "",                       0, 0,     false, RunDirty},
+    {"shot",    "FILE",                   1, kText, false, RunShot},
 };
 // clang-format on
 
-void Run(HeadlessPlayer* player, const std::string& name, const Arguments& args) {
+void Run(const Stage& stage, const std::string& name, const ScriptArguments& args) {
   for (const Command& command : kCommands) {
     if (name != command.name) continue;
     if (args.count() < command.minWords || args.count() > command.maxWords)
       throw BadLine{"'" + name + "' takes " + (*command.form ? command.form : "no argument")};
-    command.run(player, args);
-    if (command.redraws) player->Redraw();
+    stage.player->display.ResetTagBudget();
+    command.run(stage, args);
+    if (command.redraws) stage.player->Redraw();
     return;
   }
-  throw BadLine{"unknown command '" + name + "'"};
+  throw BadLine{"unknown command '" + Escaped(name) + "'"};
+}
+
+// Reads up to the next line feed, or the end. False at the end.
+bool ReadLine(std::istream* in, std::string* line) {
+  line->clear();
+  for (int c; (c = in->get()) != std::istream::traits_type::eof();) {
+    if (c == '\n') return true;
+    if (line->size() == kMaxLine)
+      throw BadLine{"longer than " + std::to_string(kMaxLine) + " bytes"};
+    *line += static_cast<char>(c);
+  }
+  return !line->empty();
 }
 
 }  // namespace
 
 void RunScript::RunLine(const std::string& line) {
-  lineNumber_++;
+  if (line.find('\0') != std::string::npos) throw BadLine{"holds a zero byte"};
   if (line.starts_with('#')) return;
-  const size_t start = line.find_first_not_of(Arguments::kBlanks);
+  const char* blanks = ScriptArguments::kBlanks;
+  const size_t start = line.find_first_not_of(blanks);
   if (start == std::string::npos) return;
-  const size_t end = std::min(line.find_first_of(Arguments::kBlanks, start), line.size());
-  const size_t rest = std::min(line.find_first_not_of(Arguments::kBlanks, end), line.size());
+  const size_t end = std::min(line.find_first_of(blanks, start), line.size());
+  const size_t rest = std::min(line.find_first_not_of(blanks, end), line.size());
+  Run({player_, results_}, line.substr(start, end - start), ScriptArguments(line.substr(rest)));
+}
+
+bool RunScript::RunNext(std::istream* in) {
+  lineNumber_++;
   try {
-    Run(player_, line.substr(start, end - start), Arguments(line.substr(rest)));
+    std::string line;
+    if (!ReadLine(in, &line)) return false;
+    if (line.ends_with('\r')) line.pop_back();
+    RunLine(line);
   } catch (const BadLine& bad) {
     throw Failure(kMisused, name_, "line " + std::to_string(lineNumber_) + ": " + bad.what);
   }
+  return true;
 }
 
 }  // namespace vexel::tools

@@ -1,24 +1,31 @@
 // The script language of `vexel run`: one command a line.
 #pragma once
 
+#include <istream>
 #include <string>
 
 #include "headless_player.h"
+#include "results.h"
 
 namespace vexel::tools {
 
 class RunScript {
  public:
-  // Both stay the caller's. `name` is the script's, for messages.
-  RunScript(HeadlessPlayer* player, const std::string& name) : player_(player), name_(name) {}
+  // All stay the caller's. `name` is the script's, for messages.
+  RunScript(HeadlessPlayer* player, const Results* results, const std::string& name)
+      : player_(player), results_(results), name_(name) {}
 
-  // Runs the next line, which prints its results, and redraws what is dirty if
-  // the command can change the picture. Blank lines and comments are passed
-  // over. Throws Failure: kMisused for a line that is wrong, naming it.
-  void RunLine(const std::string& line);
+  // Reads and runs the next line, which prints its results, and redraws what is
+  // dirty if the command can change the picture. Blank lines and comments are
+  // passed over. False when there is none left. Throws Failure: kMisused for a
+  // line that is wrong, naming it.
+  bool RunNext(std::istream* in);
 
  private:
+  void RunLine(const std::string& line);
+
   HeadlessPlayer* player_;
+  const Results* results_;
   std::string name_;
   int lineNumber_ = 0;
 };

@@ -1,8 +1,9 @@
 #include "tree_text.h"
 
-#include <cinttypes>
-#include <cstdio>
+#include <algorithm>
+#include <initializer_list>
 
+#include "escapes.h"
 #include "movie/character.h"
 
 namespace vexel::tools {
@@ -19,55 +20,44 @@ std::string Numbers(std::initializer_list<int32_t> values) {
 }
 
 // Trees are 256 levels deep at most.
-void AddObjects(const SObject* first, size_t level, std::string* text) {
+void AddRows(const SObject* first, size_t level, std::vector<TreeRow>* rows) {
   for (const SObject* o = first; o; o = o->next) {
-    const MATRIX& m = o->mat;
-    const ColorTransform& c = o->cxform;
-    *text += std::string(level * 2, ' ') + std::to_string(o->depth);
-    *text += " id=" + std::to_string(o->character->id);
-    *text += " type=" + std::to_string(o->character->type);
-    *text += " name=" + Escaped(o->name ? o->name : "");
-    *text += " matrix=" + Numbers({m.a, m.b, m.c, m.d, m.tx, m.ty});
-    *text += " cxform=" + Numbers({c.flags, c.aa, c.ab, c.ra, c.rb, c.ga, c.gb, c.ba, c.bb});
-    *text += " ratio=" + std::to_string(o->ratio);
-    *text += " clip=" + std::to_string(o->clipDepth);
-    *text += " visible=" + std::to_string(o->visible ? 1 : 0);
-    *text += " button=" + std::to_string(o->buttonState);
-    *text += " script=" + std::to_string(o->scriptControlled ? 1 : 0);
-    *text += '\n';
-    AddObjects(o->firstChild, level + 1, text);
+    rows->push_back({o, level});
+    AddRows(o->firstChild, level + 1, rows);
   }
 }
 
 }  // namespace
 
-std::string TreeText(const DisplayList& display) {
-  std::string text;
-  AddObjects(display.root.firstChild, 0, &text);
+std::vector<TreeRow> TreeRows(const DisplayList& display) {
+  std::vector<TreeRow> rows;
+  AddRows(display.root.firstChild, 0, &rows);
+  return rows;
+}
+
+std::string TreeText(const TreeRow& row) {
+  const SObject* o = row.object;
+  const MATRIX& m = o->mat;
+  const ColorTransform& c = o->cxform;
+  std::string text = std::string(row.level * 2, ' ') + std::to_string(o->depth);
+  text += " id=" + std::to_string(o->character->id);
+  text += " type=" + std::to_string(o->character->type);
+  text += " name=" + Escaped(o->name);
+  text += " matrix=" + Numbers({m.a, m.b, m.c, m.d, m.tx, m.ty});
+  text += " cxform=" + Numbers({c.flags, c.aa, c.ab, c.ra, c.rb, c.ga, c.gb, c.ba, c.bb});
+  text += " ratio=" + std::to_string(o->ratio);
+  text += " clip=" + std::to_string(o->clipDepth);
+  text += " visible=" + std::to_string(o->visible ? 1 : 0);
+  text += " button=" + std::to_string(o->buttonState);
+  text += " script=" + std::to_string(o->scriptControlled ? 1 : 0);
   return text;
 }
 
-std::string Escaped(const std::string& text) {
-  std::string out;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n') {
-      out += "\\n";
-    } else if (c == '\r') {
-      out += "\\r";
-    } else if (c == '\t') {
-      out += "\\t";
-    } else if (c == '\\') {
-      out += "\\\\";
-    } else if (byte < 32 || byte > 126) {
-      char hex[5];
-      std::snprintf(hex, sizeof hex, "\\x%02x", byte);
-      out += hex;
-    } else {
-      out += c;
-    }
-  }
-  return out;
+std::vector<int32_t> DepthChain(const SObject* object) {
+  std::vector<int32_t> depths;
+  for (; object && object->parent; object = object->parent) depths.push_back(object->depth);
+  std::reverse(depths.begin(), depths.end());
+  return depths;
 }
 
 }  // namespace vexel::tools

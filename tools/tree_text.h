@@ -1,17 +1,27 @@
-// The display list as text.
+// Placed objects as text.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "stage/display_list.h"
 
 namespace vexel::tools {
 
-// A line for each object below the stage's root, in list order, two blanks of
-// indent a level; numbers as they are stored.
-std::string TreeText(const DisplayList& display);
+// An object of the display list and how far below the layers' roots it stands.
+struct TreeRow {
+  const SObject* object;
+  size_t level;
+};
 
-// Control characters, bytes above 126 and backslashes as \n, \r, \t, \xHH, \\.
-std::string Escaped(const std::string& text);
+// All objects below the stage's root, in list order, parents first.
+std::vector<TreeRow> TreeRows(const DisplayList& display);
+
+// "DEPTH id=ID type=TYPE ...", two blanks of indent a level; numbers as they
+// are stored.
+std::string TreeText(const TreeRow& row);
+
+// The depths from the layer's root object down to `object`.
+std::vector<int32_t> DepthChain(const SObject* object);
 
 }  // namespace vexel::tools

@@ -7,8 +7,10 @@
 #include "headless_player.h"
 #include "movie_file.h"
 #include "options.h"
+#include "results.h"
 #include "run_script.h"
 #include "status.h"
+#include "trace.h"
 #include "verbs.h"
 
 namespace vexel::tools {
@@ -19,6 +21,9 @@ struct RunOptions {
   std::string movie;
   std::string script;
   ViewOptions view;
+  int64_t seed = 1;
+  bool json = false;
+  int trace = 0;
 };
 
 void Run(const RunOptions& options) {
@@ -31,13 +36,15 @@ void Run(const RunOptions& options) {
   std::istream& script = fromInput ? std::cin : file;
 
   const MovieFile movie = LoadMovie(options.movie);
-  HeadlessPlayer player(movie, options.view);
+  Results results(options.json);
+  Trace trace(options.trace, &results);
+  const PlayOptions play = {
+      .seed = static_cast<uint32_t>(options.seed), .calls = &trace, .observer = trace.Observer()};
+  HeadlessPlayer player(movie, options.view, play);
   WarnIfEndsEarly(movie);
   player.Redraw();
-  RunScript commands(&player, fromInput ? "standard input" : options.script);
-  for (std::string line; std::getline(script, line);) {
-    if (line.ends_with('\r')) line.pop_back();
-    commands.RunLine(line);
+  RunScript commands(&player, &results, fromInput ? "standard input" : options.script);
+  while (commands.RunNext(&script)) {
     // Whoever feeds the lines one by one waits for their results.
     if (fromInput) std::fflush(stdout);
   }
@@ -53,6 +60,10 @@ void AddRunVerb(CLI::App* app) {
   verb->add_option("SCRIPT", options->script, "one command a line; - reads standard input")
       ->required();
   AddViewOptions(verb, &options->view);
+  AddNumberOption(verb, "--seed", "N", 0, 0xFFFFFFFF, &options->seed,
+                  "where random numbers start (1)");
+  verb->add_flag("--json", options->json, "results as JSON, one object a line");
+  AddTraceOption(verb, &options->trace);
   verb->footer("Example: printf 'clock 500\\nshot half.png\\n' | vexel run clock.vxf -");
   verb->callback([=] { Run(*options); });
 }

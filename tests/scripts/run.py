@@ -10,6 +10,7 @@ begun by a line `--- KIND [NAME]`; what stands above the first is a remark.
     movie NAME   a movie to write there, in the lines of class Movie below
     file NAME    a text file to write there
     bytes NAME   a file in hexadecimal
+    repeat NAME N   a file of the section's one line, N times, without line ends
     input        standard input of the last command
     command      lines `vexel ...`, run in order; stops at the first that fails
     output       expected on standard output, of all commands
@@ -138,6 +139,9 @@ class Case:
                 (folder / name).write_text("".join(line + "\n" for line in lines))
             elif kind == "bytes":
                 (folder / name).write_bytes(parse_bytes(" ".join(lines).split()))
+            elif kind == "repeat":
+                file, count = name.split()
+                (folder / file).write_text(lines[0] * int(count))
 
     def run(self, vexel):
         """What happened: the sections that are expected, and files left behind."""

@@ -1,0 +1,43 @@
+// What happens inside a player, on standard error as it happens: a line for
+// each tag, frame and call of the platform.
+#pragma once
+
+#include <string>
+
+#include "movie/observer.h"
+#include "platform_call.h"
+
+namespace vexel::tools {
+
+enum TraceKind : int {
+  kTraceTags = 1,
+  kTraceFrames = 2,
+  kTraceCalls = 4,
+};
+
+// Bits of TraceKind from their names with commas between them, each once or
+// more. False for anything else.
+bool ParseTrace(const std::string& text, int* kinds);
+// The names, as a list to read.
+std::string TraceKindNames();
+
+class Trace : public PlatformListener, private PlayObserver {
+ public:
+  // `kinds` are bits of TraceKind. Calls go on to `next`, which stays the
+  // caller's.
+  Trace(int kinds, PlatformListener* next) : kinds_(kinds), next_(next) {}
+
+  // For the player; null if there is nothing for it to tell.
+  PlayObserver* Observer();
+
+  void OnCall(const PlatformCall& call) override;
+
+ private:
+  void OnTag(const ScriptThread& thread) override;
+  void OnFrame(const ScriptThread& thread) override;
+
+  int kinds_;
+  PlatformListener* next_;
+};
+
+}  // namespace vexel::tools
