@@ -8,10 +8,12 @@
 #include <cstdint>
 #include <vector>
 
-#include "author/types.h"
+#include "author/bitmap.h"
 #include "author/vector_path.h"
 
 namespace vexel::author {
+
+class TagStream;
 
 // Not premultiplied; alpha from 0 to 1.
 struct SceneColor {
@@ -78,6 +80,16 @@ struct Scene {
 
 // Multiplies opacity into a paint.
 void FadePaint(double opacity, Paint* paint);
+
+// A bitmap without a JPEG file as a lossless body; opaque pictures of few colours get a
+// colour table. It has alpha unless the bitmap is opaque.
+LosslessBody LosslessFromBitmap(const SceneBitmap& bitmap);
+
+// The scene as the tags of a sprite: characters from the first id on, and their
+// placements. Returns the first id that is still free; throws std::range_error for a
+// first id with too few behind it.
+uint16_t WriteSceneSprite(const Scene& scene, uint32_t firstId, TagStream* definitions,
+                          TagStream* stage);
 
 // The movie of one frame that shows the scene on white.
 Bytes WriteSceneMovie(const Scene& scene);

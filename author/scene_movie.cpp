@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <stdexcept>
 #include <unordered_map>
 
 #include "author/scene.h"
@@ -55,18 +56,16 @@ Color ToColor(const SceneColor& c) {
 
 class SceneMovie {
  public:
-  explicit SceneMovie(const Scene& scene)
-      : scene_(scene),
-        movie_(Rect{0, static_cast<int32_t>(std::lround(scene.width * kPixel)), 0,
-                    static_cast<int32_t>(std::lround(scene.height * kPixel))},
-               12 << 8) {
+  // What is placed refers to what is defined, so that the two may be one stream.
+  SceneMovie(const Scene& scene, uint16_t firstId, TagStream* definitions, TagStream* stage)
+      : scene_(scene), definitions_(*definitions), stage_(*stage), nextId_(firstId) {
     double side = std::max(scene.width, scene.height) * kPixel;
     while (fineness_ < kMaxFineness && side * fineness_ * 2 <= kGridSide) fineness_ *= 2;
     bitmapIds_.resize(scene.bitmaps.size(), 0);
   }
 
-  Bytes Write() {
-    movie_.BackgroundColor({255, 255, 255});
+  // The first id that is still free.
+  uint16_t Write() {
     for (const SceneItem& item : scene_.items) {
       if (nextId_ >= kMaxObjects) break;
       switch (item.op) {
@@ -93,8 +92,7 @@ class SceneMovie {
       PlaceClip(clips_.back());
       clips_.pop_back();
     }
-    movie_.FrameEnd().End();
-    return movie_.Finish();
+    return nextId_;
   }
 
  private:
@@ -134,7 +132,7 @@ class SceneMovie {
     shape_ = std::make_unique<ShapeBuilder>(std::move(mask));
     Draw(item.path, true);
     uint16_t id = nextId_++;
-    movie_.DefineShape(id, *shape_, kTagDefineShape2);
+    definitions_.DefineShape(id, *shape_, kTagDefineShape2);
     shape_.reset();
     clips_.push_back({id, nextDepth_++});
   }
@@ -145,20 +143,20 @@ class SceneMovie {
     place.character = clip.id;
     place.matrix = Down();
     place.clipDepth = static_cast<uint16_t>(nextDepth_ - 1);
-    movie_.Place(place);
+    stage_.Place(place);
   }
 
   void EndShape(const std::optional<Cxform>& cxform = {}) {
     if (!shape_) return;
     if (!shape_->records().empty()) {
       uint16_t id = nextId_++;
-      movie_.DefineShape(id, *shape_, alpha_ ? kTagDefineShape3 : kTagDefineShape2);
+      definitions_.DefineShape(id, *shape_, alpha_ ? kTagDefineShape3 : kTagDefineShape2);
       Placement place;
       place.depth = nextDepth_++;
       place.character = id;
       place.matrix = Down();
       place.cxform = cxform;
-      movie_.Place(place);
+      stage_.Place(place);
     }
     shape_.reset();
     fills_ = lines_ = 0;
@@ -205,42 +203,12 @@ class SceneMovie {
     const SceneBitmap& bitmap = scene_.bitmaps[static_cast<size_t>(index)];
     id = nextId_++;
     if (!bitmap.jpeg.empty())
-      movie_.DefineJpeg(id, bitmap.jpeg);
+      definitions_.DefineJpeg(id, bitmap.jpeg);
     else
-      movie_.DefineBits(id, bitmap.opaque ? kTagDefineBitsLossless : kTagDefineBitsLosslessAlpha,
-                        EncodeLossless(BodyOf(bitmap), !bitmap.opaque));
+      definitions_.DefineBits(id,
+                              bitmap.opaque ? kTagDefineBitsLossless : kTagDefineBitsLosslessAlpha,
+                              EncodeLossless(LosslessFromBitmap(bitmap), !bitmap.opaque));
     return id;
-  }
-
-  // Opaque pictures of few colours get a colour table.
-  static LosslessBody BodyOf(const SceneBitmap& bitmap) {
-    if (bitmap.opaque) {
-      std::unordered_map<uint32_t, uint8_t> numbers;
-      std::vector<Color> table;
-      std::vector<uint8_t> indexes;
-      indexes.reserve(bitmap.pixels.size());
-      for (uint32_t p : bitmap.pixels) {
-        auto [place, isNew] = numbers.try_emplace(p, static_cast<uint8_t>(table.size()));
-        if (isNew) {
-          if (table.size() == 256) break;
-          table.push_back({static_cast<uint8_t>(p >> 16), static_cast<uint8_t>(p >> 8),
-                           static_cast<uint8_t>(p)});
-        }
-        indexes.push_back(place->second);
-      }
-      if (indexes.size() == bitmap.pixels.size())
-        return LosslessFromIndexes(kBitmap8, static_cast<uint16_t>(bitmap.width),
-                                   static_cast<uint16_t>(bitmap.height), indexes, table);
-    }
-    LosslessBody body;
-    body.format = kBitmap32;
-    body.width = static_cast<uint16_t>(bitmap.width);
-    body.height = static_cast<uint16_t>(bitmap.height);
-    body.rows.reserve(bitmap.pixels.size() * 4);
-    for (uint32_t p : bitmap.pixels)
-      for (int shift = 24; shift >= 0; shift -= 8)
-        body.rows.push_back(static_cast<uint8_t>(p >> shift));
-    return body;
   }
 
   // Contours of a fill are closed; a stroke ends where its path does.
@@ -291,12 +259,13 @@ class SceneMovie {
   Matrix Down() const { return Matrix{kOne / fineness_, 0, 0, kOne / fineness_, 0, 0}; }
 
   const Scene& scene_;
-  MovieWriter movie_;
+  TagStream& definitions_;
+  TagStream& stage_;
   int fineness_ = 1;
   std::unique_ptr<ShapeBuilder> shape_;  // what is drawn since the last change of clipping
   size_t fills_ = 0, lines_ = 0;         // in the tables in use
   bool alpha_ = false;
-  uint16_t nextId_ = 1, nextDepth_ = 1;
+  uint16_t nextId_, nextDepth_ = 1;
   std::vector<uint16_t> bitmapIds_;
   std::vector<OpenClip> clips_;
 };
@@ -316,8 +285,50 @@ void FadePaint(double opacity, Paint* paint) {
   paint->alpha *= opacity;
 }
 
+LosslessBody LosslessFromBitmap(const SceneBitmap& bitmap) {
+  if (bitmap.opaque) {
+    std::unordered_map<uint32_t, uint8_t> numbers;
+    std::vector<Color> table;
+    std::vector<uint8_t> indexes;
+    indexes.reserve(bitmap.pixels.size());
+    for (uint32_t p : bitmap.pixels) {
+      auto [place, isNew] = numbers.try_emplace(p, static_cast<uint8_t>(table.size()));
+      if (isNew) {
+        if (table.size() == 256) break;
+        table.push_back(
+            {static_cast<uint8_t>(p >> 16), static_cast<uint8_t>(p >> 8), static_cast<uint8_t>(p)});
+      }
+      indexes.push_back(place->second);
+    }
+    if (indexes.size() == bitmap.pixels.size())
+      return LosslessFromIndexes(kBitmap8, static_cast<uint16_t>(bitmap.width),
+                                 static_cast<uint16_t>(bitmap.height), indexes, table);
+  }
+  LosslessBody body;
+  body.format = kBitmap32;
+  body.width = static_cast<uint16_t>(bitmap.width);
+  body.height = static_cast<uint16_t>(bitmap.height);
+  body.rows.reserve(bitmap.pixels.size() * 4);
+  for (uint32_t p : bitmap.pixels)
+    for (int shift = 24; shift >= 0; shift -= 8)
+      body.rows.push_back(static_cast<uint8_t>(p >> shift));
+  return body;
+}
+
+uint16_t WriteSceneSprite(const Scene& scene, uint32_t firstId, TagStream* definitions,
+                          TagStream* stage) {
+  if (firstId >= kMaxObjects) throw std::range_error("too many characters for another drawing");
+  return SceneMovie(scene, static_cast<uint16_t>(firstId), definitions, stage).Write();
+}
+
 Bytes WriteSceneMovie(const Scene& scene) {
-  return SceneMovie(scene).Write();
+  MovieWriter movie(Rect{0, static_cast<int32_t>(std::lround(scene.width * kPixel)), 0,
+                         static_cast<int32_t>(std::lround(scene.height * kPixel))},
+                    12 << 8);
+  movie.BackgroundColor({255, 255, 255});
+  WriteSceneSprite(scene, 1, &movie, &movie);
+  movie.FrameEnd().End();
+  return movie.Finish();
 }
 
 }  // namespace vexel::author

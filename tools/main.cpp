@@ -17,6 +17,7 @@ int Run(int argc, char** argv) {
   AddInfoVerb(&app);
   AddRenderVerb(&app);
   AddImportVerb(&app);
+  AddMakeVerb(&app);
   AddRunVerb(&app);
   AddBenchVerb(&app);
   try {

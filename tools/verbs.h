@@ -9,6 +9,7 @@ namespace vexel::tools {
 void AddInfoVerb(CLI::App* app);
 void AddRenderVerb(CLI::App* app);
 void AddImportVerb(CLI::App* app);
+void AddMakeVerb(CLI::App* app);
 void AddRunVerb(CLI::App* app);
 void AddBenchVerb(CLI::App* app);
 

@@ -14,7 +14,7 @@ namespace {
 
 // Tokens taken, loop rounds, bytes of texts put together, records drawn. A
 // second or two of a plain machine.
-constexpr size_t kMaxWork = 30'000'000;
+constexpr size_t kMaxWork = 100'000'000;
 constexpr int kMaxExpressionDepth = 100;
 constexpr size_t kMaxText = size_t{16} << 20;
 
@@ -126,8 +126,7 @@ class ExpressionParser {
     const Token* sign;
     while (TakeOneOf({"+", "-"}, &sign)) {
       Value right = Product();
-      if (sign->text == "+" &&
-          (left.kind == ValueKind::kText || right.kind == ValueKind::kText)) {
+      if (sign->text == "+" && (left.kind == ValueKind::kText || right.kind == ValueKind::kText)) {
         std::string text = TextOf(left, *sign) + TextOf(right, *sign);
         if (text.size() > kMaxText) Fail(*sign, "a text of over 16 MiB");
         in_.Work(text.size());
@@ -195,6 +194,10 @@ class ExpressionParser {
     if (const Value* value = in_.Find(token.text)) {
       in_.Work(value->text.size() / 16);
       return *value;
+    }
+    if (in_.other_) {
+      const int32_t number = in_.other_(token.text);
+      if (number >= 0) return Value::Of(double(number));
     }
     if (token.text == "pi") return Value::Of(std::numbers::pi);
     SvgColor color;
@@ -279,8 +282,8 @@ class ExpressionParser {
     }
     if (f == "rgb") {
       takes(3, 4);
-      return Value::Of(
-          Color{Channel(n(0)), Channel(n(1)), Channel(n(2)), Channel(count == 4 ? n(3) * 255 : 255)});
+      return Value::Of(Color{Channel(n(0)), Channel(n(1)), Channel(n(2)),
+                             Channel(count == 4 ? n(3) * 255 : 255)});
     }
     if (f == "fade") {
       takes(2, 2);
@@ -356,7 +359,7 @@ bool Evaluator::TakeSign(std::string_view sign) {
 }
 
 void Evaluator::NeedSign(std::string_view sign) {
-  if (!TakeSign(sign)) Fail("'" + std::string(sign) + "' is wanted here, not " + Here());
+  if (!TakeSign(sign)) Fail(std::string(sign) + " is wanted here, not " + Here());
 }
 
 const Token& Evaluator::NeedName(const char* what) {
@@ -386,8 +389,9 @@ std::string Evaluator::Here() const {
       break;
   }
   std::string text(SliceOf(token).text());
-  if (text.size() > 40) text = text.substr(0, 40) + "...";
-  return "'" + text + "'";
+  if (text.size() > 40) text.replace(40, std::string::npos, "...");
+  text.insert(text.begin(), '\'');
+  return text += '\'';
 }
 
 Value Evaluator::Expression() {
@@ -397,7 +401,8 @@ Value Evaluator::Expression() {
 double Evaluator::Number(const char* what) {
   const SourcePlace place = Place();
   const Value value = Expression();
-  if (value.kind != ValueKind::kNumber) throw SourceError(place, std::string(what) + " is a number");
+  if (value.kind != ValueKind::kNumber)
+    throw SourceError(place, std::string(what) + " is a number");
   return value.number;
 }
 

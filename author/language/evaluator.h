@@ -6,6 +6,7 @@
 // than bounded time and memory.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -83,6 +84,9 @@ class Evaluator {
   void Define(const std::string& name, Value value);
   const Value* Find(const std::string& name) const;
 
+  // What names stand for that no `let` defined, by number; -1 for nothing.
+  void SetOtherNames(std::function<int32_t(const std::string&)> find) { other_ = std::move(find); }
+
   // Counts work; throws when there has been too much.
   void Work(size_t steps);
 
@@ -90,6 +94,7 @@ class Evaluator {
   friend class ExpressionParser;
   Cursor at_;
   std::vector<std::map<std::string, Value>> scopes_{1};
+  std::function<int32_t(const std::string&)> other_;
   size_t work_ = 0;
   uint32_t random_ = 1;
 };

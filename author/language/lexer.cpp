@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "author/script/cursor.h"
+
 namespace vexel::author {
 
 namespace {
@@ -12,21 +14,6 @@ namespace {
 constexpr size_t kMaxDepth = 100;
 // A source of more tokens takes more memory than a movie is worth.
 constexpr size_t kMaxTokens = 8'000'000;
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-bool IsLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-int HexValue(char c) {
-  if (IsDigit(c)) return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
 
 class Lexer {
  public:
@@ -94,8 +81,8 @@ class Lexer {
   void Next() {
     const size_t begin = at_;
     const char c = Peek();
-    if (IsLetter(c)) {
-      while (IsLetter(Peek()) || IsDigit(Peek())) ++at_;
+    if (IsNameStart(c)) {
+      while (IsNameStart(Peek()) || IsDigit(Peek())) ++at_;
       Token& word = Add(TokenKind::kWord, begin);
       word.text = text_.substr(begin, at_ - begin);
       if (HoldsCode(word.text)) Code(begin);
@@ -116,8 +103,8 @@ class Lexer {
       at_ += 2;
       double value = 0;
       size_t digits = 0;
-      for (; HexValue(Peek()) >= 0; ++at_, ++digits) value = value * 16 + HexValue(Peek());
-      if (digits == 0 || digits > 13 || IsLetter(Peek())) Fail(begin, "0x takes 1 to 13 digits");
+      for (; HexDigit(Peek()) >= 0; ++at_, ++digits) value = value * 16 + HexDigit(Peek());
+      if (digits == 0 || digits > 13 || IsNameStart(Peek())) Fail(begin, "0x takes 1 to 13 digits");
       Token& token = Add(TokenKind::kNumber, begin);
       token.number = value;
       token.plainHex = true;
@@ -128,7 +115,7 @@ class Lexer {
       ++at_;
       while (IsDigit(Peek())) ++at_;
     }
-    if (IsLetter(Peek())) Fail(begin, "a number ends in a letter");
+    if (IsNameStart(Peek())) Fail(begin, "a number ends in a letter");
     double value = 0;
     // Without an exponent only a text of over 300 digits is out of range.
     const auto result = std::from_chars(text_.data() + begin, text_.data() + at_, value);
@@ -172,8 +159,8 @@ class Lexer {
       case '\\':
         return c;
       case 'x': {
-        const int high = HexValue(Peek());
-        const int low = HexValue(Peek(1));
+        const int high = HexDigit(Peek());
+        const int low = HexDigit(Peek(1));
         if (high < 0 || low < 0) Fail(begin, "\\x takes two hexadecimal digits");
         at_ += 2;
         return static_cast<char>(high * 16 + low);
@@ -187,9 +174,9 @@ class Lexer {
     const size_t begin = at_++;
     uint32_t value = 0;
     size_t digits = 0;
-    for (; HexValue(Peek()) >= 0 && digits < 9; ++at_, ++digits)
-      value = value << 4 | static_cast<uint32_t>(HexValue(Peek()));
-    if ((digits != 3 && digits != 4 && digits != 6 && digits != 8) || IsLetter(Peek()))
+    for (; HexDigit(Peek()) >= 0 && digits < 9; ++at_, ++digits)
+      value = value << 4 | static_cast<uint32_t>(HexDigit(Peek()));
+    if ((digits != 3 && digits != 4 && digits != 6 && digits != 8) || IsNameStart(Peek()))
       Fail(begin, "a colour is #rgb, #rgba, #rrggbb or #rrggbbaa");
     const size_t channels = digits < 6 ? digits : digits / 2;
     const auto channel = [&](size_t index) {
@@ -271,31 +258,6 @@ std::vector<Token> Tokenize(const SourceText& source) {
 
 bool HoldsCode(std::string_view word) {
   return word == "actions" || word == "script";
-}
-
-std::string QuoteText(std::string_view text) {
-  static constexpr char kHex[] = "0123456789abcdef";
-  std::string quoted = "\"";
-  for (char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') {
-      quoted += '\\';
-      quoted += c;
-    } else if (c == '\n') {
-      quoted += "\\n";
-    } else if (c == '\r') {
-      quoted += "\\r";
-    } else if (c == '\t') {
-      quoted += "\\t";
-    } else if (byte < 0x20 || byte > 0x7E) {
-      quoted += "\\x";
-      quoted += kHex[byte >> 4];
-      quoted += kHex[byte & 15];
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + '"';
 }
 
 }  // namespace vexel::author

@@ -40,8 +40,4 @@ std::vector<Token> Tokenize(const SourceText& source);
 // Whether braces of this word hold another language.
 bool HoldsCode(std::string_view word);
 
-// A text as a token of the language: in quotes, with escapes for what is not
-// printable.
-std::string QuoteText(std::string_view text);
-
 }  // namespace vexel::author
