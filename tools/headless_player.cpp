@@ -63,6 +63,7 @@ HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view,
     throw Failure(kFailed, movie.path, "not enough memory for " + size);
   gRandomFast = {play.seed, kRandomTaps, 0};
   display.observer = play.observer;
+  actionTrace = play.actions;
   SetCamera(kCameraOnly);
   display.ModifyCamera();
   PushDataBuf(movie.bytes.data(), static_cast<int32_t>(movie.bytes.size()));

@@ -38,6 +38,7 @@ struct PlayOptions {
   uint32_t seed = 1;
   PlatformListener* calls = nullptr;  // not owned
   PlayObserver* observer = nullptr;   // not owned
+  ActionTrace* actions = nullptr;     // not owned
 };
 
 class HeadlessPlayer : private StandingClock, public SPlayer {

@@ -38,8 +38,10 @@ void Run(const RunOptions& options) {
   const MovieFile movie = LoadMovie(options.movie);
   Results results(options.json);
   Trace trace(options.trace, &results);
-  const PlayOptions play = {
-      .seed = static_cast<uint32_t>(options.seed), .calls = &trace, .observer = trace.Observer()};
+  const PlayOptions play = {.seed = static_cast<uint32_t>(options.seed),
+                            .calls = &trace,
+                            .observer = trace.Observer(),
+                            .actions = trace.Actions()};
   HeadlessPlayer player(movie, options.view, play);
   WarnIfEndsEarly(movie);
   player.Redraw();
