@@ -29,11 +29,6 @@ SPOINT GradientPosition(const RColor* c, int32_t x) {
   return p;
 }
 
-// The index before the first pixel of a radial span.
-int32_t RadialStart(const SPOINT& pos) {
-  return ClampEntry(Asr(PointLength(&pos), kRadialShift));
-}
-
 }  // namespace
 
 void BuildLinearGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
@@ -53,7 +48,7 @@ void BuildRadialGradientSlab(RColor* c, int32_t x1, int32_t x2, RGBI* pixels) {
   SPOINT pos = GradientPosition(c, x1);
   const int32_t stepX = Asr(c->grad.invGradMat.a, kPosBits);
   const int32_t stepY = Asr(c->grad.invGradMat.b, kPosBits);
-  RadialIndex index(RadialStart(pos));
+  RadialIndex index(RadialStart({pos.x, pos.y, stepX, stepY}));
   for (int32_t x = x1; x < x2; x++) {
     *pixels++ = UnpackPix32(ramp[index.Next(Asr(pos.x, kRadialShift), Asr(pos.y, kRadialShift))]);
     pos = {WrapAdd(pos.x, stepX), WrapAdd(pos.y, stepY)};
@@ -66,7 +61,7 @@ void BuildPix32GradientSlab(RColor* c, int32_t x1, int32_t x2, uint8_t* at) {
   const int32_t stepX = Asr(c->grad.invGradMat.a, kPosBits);
   const int32_t stepY = Asr(c->grad.invGradMat.b, kPosBits);
   if (c->grad.fillStyle == kRadialFill) {
-    ops.radial(at, x2 - x1, c->grad.colorRamp, {pos.x, pos.y, stepX, stepY, RadialStart(pos)});
+    ops.radial(at, x2 - x1, c->grad.colorRamp, {pos.x, pos.y, stepX, stepY});
   } else {
     ops.linear(at, x2 - x1, c->grad.colorRamp, pos.x, stepX);
   }

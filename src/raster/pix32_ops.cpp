@@ -47,7 +47,7 @@ void Linear(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t pos, int32_t s
 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const RadialLine& line) {
   int32_t x = line.x;
   int32_t y = line.y;
-  RadialIndex index(line.start);
+  RadialIndex index(RadialStart(line));
   for (int32_t i = 0; i < n; i++) {
     Store32(at + 4 * i, ramp[index.Next(Asr(x, 14), Asr(y, 14))]);
     x = WrapAdd(x, line.dx);
@@ -71,14 +71,15 @@ constexpr Pix32Ops plainOps = {Fill, BlendColor, BlendPixels, Linear, Radial, Sa
 }  // namespace
 
 const Pix32Ops* const* Pix32OpSets(int32_t* count) {
-  static const Pix32Ops* const sets[] = {&plainOps, Pix32SimdOps()};
-  *count = sets[1] != nullptr ? 2 : 1;
+  static const Pix32Ops* const sets[] = {&plainOps, Pix32SimdOps(), Pix32Simd512Ops()};
+  *count = sets[1] == nullptr ? 1 : sets[2] == nullptr ? 2 : 3;
   return sets;
 }
 
 const Pix32Ops& Pix32() {
-  static const Pix32Ops& best = Pix32SimdOps() != nullptr ? *Pix32SimdOps() : plainOps;
-  return best;
+  int32_t count;
+  const Pix32Ops* const* sets = Pix32OpSets(&count);
+  return *sets[count - 1];
 }
 
 }  // namespace vexel

@@ -24,12 +24,10 @@ struct SampleLine {
   int32_t width;  // of the bitmap, in pixels
 };
 
-// A radial gradient's pixels: positions in gradient space with 8 fraction bits,
-// and the index of the pixel before, from which the first one is predicted.
+// A radial gradient's pixels: positions in gradient space with 8 fraction bits.
 struct RadialLine {
   int32_t x, y;
   int32_t dx, dy;
-  int32_t start;
 };
 
 struct Pix32Ops {

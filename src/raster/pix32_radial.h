@@ -5,9 +5,18 @@
 
 #include <cstdint>
 
+#include "geometry/point.h"
+#include "raster/pix32_ops.h"
 #include "raster/render_tables.h"
 
 namespace vexel {
+
+// The index that stands for those before a span's first pixel.
+inline int32_t RadialStart(const RadialLine& line) {
+  const SPOINT p = {line.x, line.y};
+  const int32_t i = Asr(PointLength(&p), 14);
+  return i < 0 ? 0 : i > 256 ? 256 : i;
+}
 
 class RadialIndex {
  public:

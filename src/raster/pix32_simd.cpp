@@ -5,37 +5,11 @@
 
 #if defined(__x86_64__)
 
-#include <immintrin.h>
-
-#include "raster/pix32_radial.h"
+#include "raster/pix32_vectors.h"
 #include "raster/pixel_memory.h"
-#include "raster/rcolor.h"
-#include "raster/render_tables.h"
-
-#define VEXEL_AVX2 __attribute__((target("avx2")))
 
 namespace vexel {
 namespace {
-
-constexpr int32_t kStep = 8;  // pixels a vector
-
-VEXEL_AVX2 inline __m256i Load(const uint8_t* at) {
-  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
-}
-VEXEL_AVX2 inline void Store(uint8_t* at, __m256i v) {
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), v);
-}
-
-// -1 in the first n 32-bit lanes, to load and store what is left of a span.
-VEXEL_AVX2 inline __m256i FirstLanes(int32_t n) {
-  return _mm256_cmpgt_epi32(_mm256_set1_epi32(n), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
-}
-VEXEL_AVX2 inline __m256i LoadFirst(const uint8_t* at, __m256i lanes) {
-  return _mm256_maskload_epi32(reinterpret_cast<const int*>(at), lanes);
-}
-VEXEL_AVX2 inline void StoreFirst(uint8_t* at, __m256i lanes, __m256i v) {
-  _mm256_maskstore_epi32(reinterpret_cast<int*>(at), lanes, v);
-}
 
 // Half of eight pixels, in 16-bit channels, as CompositeWords has it: products
 // by channel, shift and sum by words of two channels, then the mask.
@@ -101,38 +75,6 @@ VEXEL_AVX2 void BlendPixels(uint8_t* at, const uint8_t* src, int32_t n) {
   StoreFirst(at, lanes, Compose(LoadFirst(src, lanes), LoadFirst(at, lanes)));
 }
 
-VEXEL_AVX2 inline void Put(uint8_t* at, int32_t n, __m256i v) {
-  if (n >= kStep) {
-    Store(at, v);
-  } else {
-    StoreFirst(at, FirstLanes(n), v);
-  }
-}
-
-// start, start + step and so on, wrapping.
-VEXEL_AVX2 inline __m256i Progression(int32_t start, int32_t step) {
-  return _mm256_add_epi32(
-      _mm256_set1_epi32(start),
-      _mm256_mullo_epi32(_mm256_set1_epi32(step), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7)));
-}
-
-VEXEL_AVX2 inline __m256i Gather(const uint32_t* base, __m256i index) {
-  return _mm256_i32gather_epi32(reinterpret_cast<const int*>(base), index, 4);
-}
-
-// The entries of a ramp at eight indexes. Along a span they mostly lie close
-// together, and then one load and a shuffle are faster than eight loads.
-VEXEL_AVX2 inline __m256i LookUp(const uint32_t* ramp, __m256i index) {
-  const int32_t first = _mm256_extract_epi32(index, 0);
-  const int32_t end = _mm256_extract_epi32(index, 7);
-  int32_t base = first < end ? first : end;
-  if (base > kRampEntries - kStep) base = kRampEntries - kStep;
-  const __m256i offset = _mm256_sub_epi32(index, _mm256_set1_epi32(base));
-  // As unsigned numbers all from 0 to 7.
-  if (_mm256_testz_si256(offset, _mm256_set1_epi32(~7)) == 0) return Gather(ramp, index);
-  return _mm256_permutevar8x32_epi32(Load(reinterpret_cast<const uint8_t*>(ramp + base)), offset);
-}
-
 VEXEL_AVX2 void Linear(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t pos, int32_t step) {
   __m256i p = Progression(pos, step);
   const __m256i advance = _mm256_set1_epi32(WrapMul(step, kStep));
@@ -143,57 +85,6 @@ VEXEL_AVX2 void Linear(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t pos
     i = _mm256_min_epi32(_mm256_max_epi32(i, _mm256_setzero_si256()), last);
     Put(at, n, LookUp(ramp, i));
     p = _mm256_add_epi32(p, advance);
-  }
-}
-
-// The index is the whole root of the squared distance, 256 from there on, but
-// for the squares themselves: there it depends on where the prediction comes
-// from. So the roots of eight pixels are taken from a table at once, and the
-// pixels at squares are gone over in order.
-VEXEL_AVX2 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const RadialLine& line) {
-  __m256i x = Progression(line.x, line.dx);
-  __m256i y = Progression(line.y, line.dy);
-  const __m256i advanceX = _mm256_set1_epi32(WrapMul(line.dx, kStep));
-  const __m256i advanceY = _mm256_set1_epi32(WrapMul(line.dy, kStep));
-  // Beyond the radius it doesn't matter how far; this keeps squares in 32 bits.
-  const __m256i far = _mm256_set1_epi32(400);
-  const __m256i one = _mm256_set1_epi32(1);
-  const __m256i last = _mm256_set1_epi32(256);
-  const __m256i limit = _mm256_set1_epi32(65535);
-  alignas(32) int32_t entries[2 + kStep];
-  int32_t* const now = entries + 2;
-  now[-1] = now[-2] = line.start;
-  for (; n > 0; n -= kStep, at += 4 * kStep) {
-    const __m256i px = _mm256_min_epi32(_mm256_abs_epi32(_mm256_srai_epi32(x, 14)), far);
-    const __m256i py = _mm256_min_epi32(_mm256_abs_epi32(_mm256_srai_epi32(y, 14)), far);
-    const __m256i d = _mm256_add_epi32(_mm256_madd_epi16(px, px), _mm256_madd_epi16(py, py));
-    const __m256i beyond = _mm256_cmpgt_epi32(d, limit);
-    __m256i root = _mm256_i32gather_epi32(reinterpret_cast<const int*>(rootTable),
-                                          _mm256_min_epi32(d, limit), 1);
-    root = _mm256_blendv_epi8(_mm256_and_si256(root, _mm256_set1_epi32(255)), last, beyond);
-    // 65535 stands in for the square of 256.
-    const __m256i atLimit = _mm256_cmpeq_epi32(d, limit);
-    const __m256i atSquare = _mm256_andnot_si256(
-        beyond, _mm256_and_si256(_mm256_cmpgt_epi32(root, _mm256_setzero_si256()),
-                                 _mm256_cmpeq_epi32(_mm256_madd_epi16(root, root), d)));
-    root = _mm256_add_epi32(root, _mm256_and_si256(atLimit, one));
-    auto doubtful = static_cast<uint32_t>(
-        _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_or_si256(atSquare, atLimit))));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(now), root);
-    if (doubtful != 0) {
-      do {
-        const int32_t i = __builtin_ctz(doubtful);
-        doubtful &= doubtful - 1;
-        const int32_t predicted = 2 * now[i - 1] - now[i - 2];
-        if ((predicted > 256 ? 256 : predicted) < now[i]) now[i]--;
-      } while (doubtful != 0);
-      root = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(now));
-    }
-    Put(at, n, LookUp(ramp, root));
-    now[-2] = now[kStep - 2];
-    now[-1] = now[kStep - 1];
-    x = _mm256_add_epi32(x, advanceX);
-    y = _mm256_add_epi32(y, advanceY);
   }
 }
 
@@ -246,7 +137,7 @@ VEXEL_AVX2 void Sample(uint8_t* at, int32_t n, const SampleLine& line) {
   }
 }
 
-constexpr Pix32Ops simdOps = {Fill, BlendColor, BlendPixels, Linear, Radial, Sample};
+constexpr Pix32Ops simdOps = {Fill, BlendColor, BlendPixels, Linear, SimdRadial, Sample};
 
 }  // namespace
 
