@@ -18,10 +18,11 @@ namespace {
 // Below this magnitude the digits of an integer all fit into a number's text.
 constexpr double kExactIntegers = 1e15;
 
-// Between these magnitudes a number that was read from a text of 15 digits
-// renders as that text again. Beyond, powers of ten lose bits.
-constexpr double kSmallestSettled = 1e-280;
-constexpr double kLargestSettled = 1e290;
+// Between these magnitudes a number that was read from the text of another
+// renders as that text again: 15 digits leave room for the roundings on the
+// way. Beyond, a carry may change the form, and powers of ten lose bits.
+constexpr double kSmallestPlain = 1e-4;
+constexpr double kLargestPlain = 1e14;
 
 // Room that a text gets beyond what it needs when it starts to grow.
 constexpr int32_t kFirstRoom = 16;
@@ -78,12 +79,17 @@ bool TextBlock::Extend(TextView tail) {
 
 ScriptValue ScriptValue::Number(double v) {
   if (std::fabs(v) < kExactIntegers && v == std::trunc(v)) return Exact(v + 0.0);  // no -0
-  const double settled = RoundTripDouble(v);
-  const double magnitude = std::fabs(settled);
-  if (magnitude > kSmallestSettled && magnitude < kLargestSettled) return Exact(settled);
   if (!std::isfinite(v)) return Error();
+  const double magnitude = std::fabs(v);
+  if (magnitude > kSmallestPlain && magnitude < kLargestPlain) return Exact(RoundTripDouble(v));
   char text[kNumberTextSize];
   const int32_t length = FormatDouble(v, text);
+  const double settled = RoundTripDouble(v);
+  char again[kNumberTextSize];
+  if (std::isfinite(settled) && FormatDouble(settled, again) == length &&
+      memcmp(text, again, static_cast<size_t>(length)) == 0) {
+    return Exact(settled);
+  }
   return Copy({text, length});
 }
 

@@ -52,7 +52,11 @@ class TestPlayer : public TestClock, public SPlayer {
   void ClientRect(SRECT* out) override { *out = client; }
   void XSetCapture() override { calls += "XSetCapture "; }
   void XReleaseCapture() override { calls += "XReleaseCapture "; }
-  void GetURL(const char*, const char*, const char*, int32_t) override { calls += "GetURL "; }
+  void GetURL(const char* url, const char* target, const char* postData, int32_t flags) override {
+    calls += "GetURL ";
+    requests.push_back(std::string(url) + " > " + target + (postData ? " < " : "") +
+                       (postData ? postData : "") + (flags ? " #" + std::to_string(flags) : ""));
+  }
   void ShowStatus(const char*) override { calls += "ShowStatus "; }
   void UpdateCursor(int32_t) override { calls += "UpdateCursor "; }
   void CloseStream(ScriptPlayer*) override { calls += "CloseStream "; }
@@ -60,6 +64,7 @@ class TestPlayer : public TestClock, public SPlayer {
   void XPlay() override { calls += "XPlay "; }
   void XSeek(int32_t) override { calls += "XSeek "; }
 
+  using SPlayer::Push;
   // The whole movie at once, as a feeder does it.
   void Push(std::span<const uint8_t> movie) {
     PushDataBuf(movie.data(), static_cast<int32_t>(movie.size()));
@@ -79,6 +84,8 @@ class TestPlayer : public TestClock, public SPlayer {
   SRECT client;
   bool timerStarts = true;
   std::string calls;
+  // The arguments of each GetURL: "url > window < postData #flags".
+  std::vector<std::string> requests;
 };
 
 // Depths and names of an object's children, from the bottom: "1:a 2:b".

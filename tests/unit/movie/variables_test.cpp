@@ -61,6 +61,51 @@ TEST(Variables, AreClearedTogether) {
   EXPECT_EQ(All(thread), "y=1 ");
 }
 
+TEST(Variables, AreFoundAmongManyAndKeepTheirOrder) {
+  ScriptThread thread;
+  for (int i = 0; i < 3000; ++i) {
+    thread.SetVariable(std::to_string(i).append("Name").c_str(), std::to_string(i).c_str());
+  }
+  int i = 0;
+  for (ScriptVariable* v = thread.firstVariable; v; v = v->next, ++i) {
+    const std::string number = std::to_string(i);
+    ASSERT_EQ(v->name, number + "Name");
+    ASSERT_EQ(thread.FindVariable((number + "nAME").c_str()), v);
+    ASSERT_STREQ(v->Text(), number.c_str());
+  }
+  EXPECT_EQ(i, 3000);
+  EXPECT_EQ(thread.FindVariable("3000Name"), nullptr);
+  EXPECT_EQ(thread.FindVariable("1"), nullptr);
+  thread.ClearVariables();
+  EXPECT_EQ(thread.FindVariable("0Name"), nullptr);
+}
+
+TEST(Variables, NamesAndRecordsCountAsScriptText) {
+  ScriptThread thread;
+  const std::string name(1 << 20, 'n');
+  for (int i = 0; i < 100; ++i)
+    thread.SetVariable((name.substr(8) + std::to_string(i)).c_str(), "");
+  int count = 0;
+  for (ScriptVariable* v = thread.firstVariable; v; v = v->next) ++count;
+  EXPECT_LE(count, 64);
+  EXPECT_GE(count, 60);
+  thread.ClearVariables();
+  thread.SetVariable(name.c_str(), "");
+  EXPECT_NE(thread.firstVariable, nullptr);
+  thread.SetVariable((name + "n").c_str(), "");
+  EXPECT_EQ(thread.firstVariable->next, nullptr);
+}
+
+TEST(Variables, TheirEpochChangesWhenSomeAreFreed) {
+  const uint64_t before = ScriptThread::VariableEpoch();
+  ScriptThread thread;
+  thread.ClearVariables();
+  thread.SetVariable("x", "1");
+  EXPECT_EQ(ScriptThread::VariableEpoch(), before);
+  thread.ClearVariables();
+  EXPECT_NE(ScriptThread::VariableEpoch(), before);
+}
+
 TEST(Variables, OutliveANewScript) {
   ScriptThread thread;
   thread.SetVariable("x", "1");
