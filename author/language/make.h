@@ -3,6 +3,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "author/language/source.h"
@@ -17,12 +18,24 @@ class MovieFiles {
   // The whole file of at most `limit` bytes; false with a cause in `error`.
   virtual bool Read(const std::string& path, size_t limit, std::string* bytes,
                     std::string* error) = 0;
+  // The path to read for the file that a text calls `named`; `beside` is that
+  // name as seen from the folder of the text.
+  virtual std::string Locate(const std::string& beside, const std::string& named) {
+    (void)named;
+    return beside;
+  }
 };
 
-// Files as the operating system knows them.
+// Files as the operating system knows them, first those beside the text that
+// names them, then those in `folders`.
 class DiskFiles : public MovieFiles {
  public:
+  explicit DiskFiles(std::vector<std::string> folders = {}) : folders_(std::move(folders)) {}
+  std::string Locate(const std::string& beside, const std::string& named) override;
   bool Read(const std::string& path, size_t limit, std::string* bytes, std::string* error) override;
+
+ private:
+  std::vector<std::string> folders_;
 };
 
 // No files at all, for texts that nobody vouches for.

@@ -1,6 +1,8 @@
 // The statements of the language itself, and the names of characters.
 #include "author/language/maker.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
@@ -83,6 +85,15 @@ const Maker::Row Maker::kRows[] = {
     {"glyph", kAnywhere, &Maker::GlyphEntry},
     {"run", kAnywhere, &Maker::Run},
 };
+
+std::string DiskFiles::Locate(const std::string& beside, const std::string& named) {
+  if (access(beside.c_str(), F_OK) == 0) return beside;
+  for (const std::string& folder : folders_) {
+    const std::string path = folder + "/" + named;
+    if (access(path.c_str(), F_OK) == 0) return path;
+  }
+  return beside;
+}
 
 bool DiskFiles::Read(const std::string& path, size_t limit, std::string* bytes,
                      std::string* error) {
@@ -274,7 +285,8 @@ std::string Maker::Beside(const std::string& path) const {
   if (!path.empty() && path[0] == '/') return path;
   const std::string& name = in_.cursor().unit->source.name();
   const size_t slash = name.rfind('/');
-  return slash == std::string::npos ? path : name.substr(0, slash + 1) + path;
+  const std::string beside = slash == std::string::npos ? path : name.substr(0, slash + 1) + path;
+  return files_.Locate(beside, path);
 }
 
 std::string Maker::ReadFile(const std::string& path, const SourcePlace& place) {

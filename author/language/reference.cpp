@@ -82,7 +82,7 @@ Widths in `packed`: of a matrix `scale` and `rotate` (0 or 1: whether they are t
 `endbounds`; of outlines `fills`, `lines` (widths of the numbers of paints and pens), `longfills`,
 `longlines` (counts in 16 bits); of text `glyph`, `advance`; of fonts `wide`; of pictures `count`.
 
-**Files** are looked for beside the text that names them.
+**Files** are looked for beside the text that names them, then in the folders of `-I`.
 
 )";
 

@@ -1,9 +1,10 @@
-// `vexel-text make TEXT MOVIE` and `vexel-text dump MOVIE`: the work of the
+// `vexel-text make TEXT MOVIE [FOLDER...]` and `vexel-text dump MOVIE`: the work of the
 // verbs. `vexel-text reference` prints docs/text-form.md. A program of its own for the same reason
 // as the importer, whose libraries it needs for the art that a text may take in.
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "author/importers.h"
 #include "author/language/make.h"
@@ -23,9 +24,9 @@ std::vector<uint8_t> ReadWhole(const std::string& path) {
   return bytes;
 }
 
-void Make(const std::string& path, const std::string& out) {
+void Make(const std::string& path, const std::string& out, std::vector<std::string> folders) {
   const std::vector<uint8_t> bytes = ReadWhole(path);
-  author::DiskFiles files;
+  author::DiskFiles files(std::move(folders));
   const author::MadeMovie movie =
       author::MakeMovie(path, std::string(bytes.begin(), bytes.end()), files);
   for (const std::string& warning : movie.warnings)
@@ -41,13 +42,14 @@ int main(int argc, char** argv) {
   using namespace vexel::tools;
   namespace author = vexel::author;
   try {
-    if (argc == 4 && std::strcmp(argv[1], "make") == 0) {
-      Make(argv[2], argv[3]);
+    if (argc >= 4 && std::strcmp(argv[1], "make") == 0) {
+      Make(argv[2], argv[3], {argv + 4, argv + argc});
     } else if (argc == 2 && std::strcmp(argv[1], "reference") == 0) {
       const std::string text = author::LanguageReference();
       std::fwrite(text.data(), 1, text.size(), stdout);
     } else {
-      throw Failure(kMisused, "vexel-text", "takes make TEXT MOVIE, dump MOVIE, or reference");
+      throw Failure(kMisused, "vexel-text",
+                    "takes make TEXT MOVIE [FOLDER...], dump MOVIE, or reference");
     }
   } catch (const Failure& failure) {
     std::fprintf(stderr, "%s\n", failure.what());
