@@ -70,6 +70,10 @@ void SPlayer::DoPlay(uint32_t time) {
   // A round that changes nothing would be followed by equal ones, however many
   // are due.
   while (due > 0 && display.tagsLeft > 0 && StepThreads()) --due;
+  // Buttons that move under a still pointer react.
+  if (!display.mouseOverEditText && !panning && mouseState != kMouseUnknown) {
+    DoButton(&mousePoint, mouseState == kMouseDown, false);
+  }
   if (autoQuality) Govern(GetTime() - now);
 }
 

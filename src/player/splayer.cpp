@@ -1,6 +1,8 @@
 // Construction of a player, and what it tells each movie about itself.
 #include "player/splayer.h"
 
+#include <cstdlib>
+
 #include "player/text.h"
 
 namespace vexel {
@@ -14,6 +16,13 @@ SPlayer::SPlayer() : startTime(GetTime()) {
   splayer = this;
   display.SetBits(&bits);
   SetVersionVariable(this, this);
+}
+
+// What is left on the stage ends after the player's own members.
+void SPlayer::TearDown() {
+  FreeLayers();
+  splayer = nullptr;
+  free(buttons);
 }
 
 void SetVersionVariable(SPlayer*, ScriptPlayer* movie) {

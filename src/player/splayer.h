@@ -30,6 +30,11 @@ enum CameraUpdate : int32_t {
   kCameraShowSoon = 2,  // CheckUpdate
 };
 
+// `mouseState`: the pointer is not on the stage, or its button is up or down.
+inline constexpr int32_t kMouseUnknown = -1;
+inline constexpr int32_t kMouseUp = 0;
+inline constexpr int32_t kMouseDown = 1;
+
 // `mode` of Pan.
 inline constexpr int32_t kPanPixels = 0;
 inline constexpr int32_t kPanPercent = 1;
@@ -43,7 +48,7 @@ class SPlayer : public ScriptPlayer {
   // the core is built without run-time type information: with no virtual
   // function defined in a source of the core, a platform that has it emits its
   // own.
-  virtual ~SPlayer() { FreeLayers(); }
+  virtual ~SPlayer() { TearDown(); }
 
   // --- Platform operations; the player calls them, and they may call back ---
 
@@ -193,23 +198,77 @@ class SPlayer : public ScriptPlayer {
   // deletes itself. Null without memory.
   ScriptPlayer* OpenVariableLoader(int32_t layer, const char* target);
 
-  // --- Pointer and keys (pointer.cpp, drag.cpp, keys.cpp) ---
+  // --- Pointer and keys (pointer.cpp, drag.cpp, keys.cpp, tab_order.cpp,
+  // arrow_keys.cpp) ---
 
-  // Points are pixels of the client area. Nothing before the first frame has
-  // been shown.
+  // Points are pixels of the client area. Events before the first frame has
+  // been shown are dropped; all of them run the actions that they cause.
   void MouseDown(const SPOINT* pt);
   void MouseMove(const SPOINT* pt, bool mouseIsDown);
   void MouseUp(const SPOINT* pt);
-  // The pointer is at `pt`; or, from the keyboard, it acts on `button`.
+  // The pointer is at `pt`; or, from the keyboard, it acts on `button`, or
+  // leaves the buttons if that is null.
   void DoButton(const SPOINT* pt, bool mouseIsDown, bool updateScreen);
   void DoButton(SObject* button, bool mouseIsDown, bool updateScreen);
   // The host took the pointer away; `clearMouse` forgets where it was.
   void CancelCapture(bool clearMouse);
+  // The dragged object follows the pointer to `pt`.
   void UpdateDragObject(const SPOINT* pt);
+  // Notes in the dragged object what lies under the pointer.
   void UpdateDropTarget();
-  // True if something in the movie wanted the key.
+  // True if something in the movie wanted the key: a KeyCode or a character,
+  // with the bits of the modifiers.
   bool HandleKeyDown(int32_t key, int32_t modifiers);
-  void HandleKeyUp(int32_t key, int32_t modifiers);
+  // Movies know no releases of keys.
+  void HandleKeyUp(int32_t, int32_t) {}
+  // An object is about to be freed.
+  void ObjectFreed(const SObject* object);
+
+  // A button, or an edit text, with the rectangle in device units by which it
+  // is found again after it was placed anew.
+  struct SButton {
+    WeakSlot<SObject> button;
+    SRECT bounds = {kEmptyCoord, kEmptyCoord, kEmptyCoord, kEmptyCoord};
+    void Set(SObject* object, const SRECT& rect);
+  };
+  // An entry of the tab order, which rises by weight.
+  struct ButtonWeight {
+    SObject* button;
+    SRECT bounds;
+    int32_t weight;
+  };
+  // What lies up, down, right and left; null where nothing does.
+  struct ButtonOrder {
+    SObject* button[4] = {};
+    SRECT bounds[4] = {};
+  };
+
+  // The keys that move the focus: true if they did, or a button keeps them.
+  bool TabKeyDown(int32_t key, int32_t modifiers);
+  // Presses and releases the button that has the focus.
+  void ButtonEnter();
+  // To the nearest button in a ButtonDirection, and along the tab order.
+  void ButtonGoDirection(int32_t direction);
+  void ButtonTabNext();
+  void ButtonTabPrevious();
+  void ButtonFocusSet(SObject* object);
+  void ButtonFocusRemove();
+
+  // Lists the seen buttons and the edit texts that can be edited below
+  // `parent` behind those in `buttons`; returns how many they are.
+  int32_t NumButtons(SObject* parent);
+  // Without memory that one is not listed.
+  void AddButton(SObject* object);
+  void RemoveAllButtons();
+  // All buttons of the stage in tab order, `buttonCount` of them, for delete[];
+  // null for none and without memory.
+  ButtonWeight* BuildButtonTabMap();
+  static void ButtonSort(ButtonWeight* map, int32_t last);
+  static int32_t CalcButtonWeight(const SRECT* rect);
+  // The first button with exactly these bounds.
+  bool ButtonFind(const SButton* wanted, SButton* found);
+  // The best button in each direction from `current`.
+  void ButtonOrdering(const SButton* current, ButtonOrder* order);
 
   DisplayList display;
   CBitBuffer bits;  // the off-screen picture
@@ -236,11 +295,17 @@ class SPlayer : public ScriptPlayer {
 
   WeakSlot<SObject> dragObject;  // what a script lets follow the pointer
   bool dragging = false;
-  SPOINT dragPoint = {0, 0};   // where the pointer was when it last moved the object, pixels
-  bool panning = false;        // a press on a zoomed view moves it
-  SPOINT panPoint = {0, 0};    // pixels
-  int32_t mouseState = -1;     // -1 the pointer is not on the stage, 0 up, 1 down
+  SPOINT dragPoint = {0, 0};  // where the pointer was when it last moved the object, pixels
+  bool panning = false;       // a press on a zoomed view moves it
+  SPOINT panPoint = {0, 0};   // pixels
+  int32_t mouseState = kMouseUnknown;
   SPOINT mousePoint = {0, 0};  // pixels
+
+  SButton focusButton;          // has the keyboard's focus
+  SButton savedButton;          // had it before the last key
+  SObject** buttons = nullptr;  // owned; listed anew before each use
+  int32_t buttonCount = 0;
+  int32_t buttonSize = 0;
 
   uint32_t startTime;  // tick of the construction, origin of a script's time
 
@@ -255,8 +320,11 @@ class SPlayer : public ScriptPlayer {
   uint32_t lastPlayFrames = 0;  // and the frame position that this was
 
  private:
+  void TearDown();
   void Govern(uint32_t elapsed);
   void ClientMatrix(MATRIX* out) const;
+  void PanZoomRect(int32_t dx, int32_t dy);
+  bool FireButtonKey(int32_t key);
 };
 
 // The layer `layer` in the list that starts at `head`, or null.

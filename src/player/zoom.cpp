@@ -154,6 +154,14 @@ void SPlayer::Pan(int32_t dx, int32_t dy, int32_t mode) {
     dx = PercentOf(Width(client), dx);
     dy = PercentOf(Height(client), dy);
   }
+  PanZoomRect(dx, dy);
+  SetCamera(kCameraShowSoon);
+}
+
+// Moves what is shown by pixels, as far as the movie reaches.
+void SPlayer::PanZoomRect(int32_t dx, int32_t dy) {
+  SRECT client;
+  ClientRect(&client);
   MATRIX mat;
   ClientMatrix(&mat);
   SRECT movie;
@@ -168,7 +176,6 @@ void SPlayer::Pan(int32_t dx, int32_t dy, int32_t mode) {
   MATRIX inverse;
   MatrixInvert(&mat, &inverse);
   MatrixTransformRect(&inverse, &client, &zoomRect);
-  SetCamera(kCameraShowSoon);
 }
 
 void SPlayer::ClientMatrix(MATRIX* out) const {

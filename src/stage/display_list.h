@@ -75,6 +75,8 @@ class DisplayList {
   // --- What lies under a point, and buttons (hit_test.cpp, button.cpp). Points
   // are pixels; what they meet is what the last CalcUpdate saw. ---
 
+  // A pixel in device units.
+  SPOINT DevPoint(const SPOINT* pixel) const;
   // The topmost object of any kind, inside the view or not; null for none.
   SObject* HitTest(const SPOINT* pixel);
   // The topmost button or selectable edit text inside the view, or null.
@@ -241,7 +243,6 @@ class DisplayList {
   void PlaceLoadedMovie(SObject* object, bool clone);
   void PlaceButton(SObject* object);
   void TrackButton(SObject* object);
-  SPOINT DevPoint(const SPOINT* pixel) const;
   void TakeHeldObject(SObject** link);
   void KeepHeldObject(SObject** link, bool samePlace);
   void AddFocusFrame(RColor* color, REdge** edges);

@@ -6,6 +6,7 @@
 #include "geometry/interpolate.h"
 #include "movie/character.h"
 #include "movie/script_player.h"
+#include "player/splayer.h"
 #include "player/text.h"
 #include "raster/rcolor.h"
 #include "stage/display_list.h"
@@ -34,6 +35,10 @@ void DeleteThread(const SObject* object, ScriptThread* thread, uint8_t type) {
   }
 }
 
+SPlayer* PlayerOf(const SCharacter* character) {
+  return character && character->player ? character->player->splayer : nullptr;
+}
+
 }  // namespace
 
 void SObject::Modify() {
@@ -55,6 +60,7 @@ void SObject::FreeTreeCache() {
 }
 
 void SObject::Free() {
+  if (SPlayer* splayer = PlayerOf(character)) splayer->ObjectFreed(this);
   weakSlots.ClearAll();
   FreeCache();
   if (SCharacter* held = std::exchange(character, nullptr)) {
