@@ -22,6 +22,9 @@ void FuzzSvg(const uint8_t* data, size_t size);
 // mnemonics to assemble, or a script to compile.
 void FuzzActionsText(const uint8_t* data, size_t size);
 
+// A movie to check.
+void FuzzCheck(const uint8_t* data, size_t size);
+
 struct Target {
   const char* name;  // of the folder of its inputs in fuzz/regress
   void (*run)(const uint8_t* data, size_t size);
@@ -32,6 +35,7 @@ inline constexpr Target kTargets[] = {
     {"bitmap", FuzzBitmap},
     {"svg", FuzzSvg},
     {"actions_text", FuzzActionsText},
+    {"check", FuzzCheck},
 };
 
 }  // namespace vexel::fuzz

@@ -48,8 +48,8 @@ Bytes OddTags() {
   return movie.Finish();
 }
 
-void Movies(const std::filesystem::path& folder) {
-  Seeds seeds(folder, "movie");
+void Movies(const std::filesystem::path& folder, const char* target) {
+  Seeds seeds(folder, target);
   RandomMovieOptions options;
   options.maxFrames = 4;
   for (uint32_t seed = 0; seed < 60; ++seed) {
@@ -170,7 +170,8 @@ int main(int argc, char** argv) {
     std::fputs("usage: make_seeds FOLDER\n", stderr);
     return 2;
   }
-  Movies(argv[1]);
+  Movies(argv[1], "movie");
+  Movies(argv[1], "check");
   Bitmaps(argv[1]);
   Svgs(argv[1]);
   ActionTexts(argv[1]);

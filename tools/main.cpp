@@ -15,6 +15,7 @@ int Run(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer("'vexel VERB --help' tells more of a verb.");
   AddInfoVerb(&app);
+  AddCheckVerb(&app);
   AddRenderVerb(&app);
   AddImportVerb(&app);
   AddMakeVerb(&app);

@@ -1,6 +1,7 @@
 // `vexel info`: what a movie says about itself, and what it is made of.
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "movie/tags.h"
 #include "movie_file.h"
@@ -20,8 +21,25 @@ std::string RateText(uint32_t rate) {
   return text;
 }
 
-void PrintInfo(const std::string& path) {
-  const MovieFile movie = LoadMovie(path);
+const char* NameOf(int32_t code) {
+  const char* name = TagName(code);
+  return name ? name : "Unknown";
+}
+
+void PrintJson(const MovieFile& movie) {
+  nlohmann::ordered_json info = {
+      {"version", movie.version},   {"length", movie.length},
+      {"width", movie.width},       {"height", movie.height},
+      {"rate", movie.rate / 256.0}, {"frames", movie.frames},
+      {"tags", movie.tagCount},     {"counts", nlohmann::ordered_json::array()},
+  };
+  for (const auto& [code, count] : movie.tagCounts) {
+    info["counts"].push_back({{"code", code}, {"name", NameOf(code)}, {"count", count}});
+  }
+  std::printf("%s\n", info.dump().c_str());
+}
+
+void PrintText(const MovieFile& movie) {
   std::printf("version: %d\n", movie.version);
   std::printf("length: %u\n", movie.length);
   std::printf("width: %d\n", movie.width);
@@ -30,8 +48,16 @@ void PrintInfo(const std::string& path) {
   std::printf("frames: %d\n", movie.frames);
   std::printf("tags: %u\n", movie.tagCount);
   for (const auto& [code, count] : movie.tagCounts) {
-    const char* name = TagName(code);
-    std::printf("tag %d %s %u\n", code, name ? name : "Unknown", count);
+    std::printf("tag %d %s %u\n", code, NameOf(code), count);
+  }
+}
+
+void PrintInfo(const std::string& path, bool json) {
+  const MovieFile movie = LoadMovie(path);
+  if (json) {
+    PrintJson(movie);
+  } else {
+    PrintText(movie);
   }
   WarnIfEndsEarly(movie);
 }
@@ -41,9 +67,11 @@ void PrintInfo(const std::string& path) {
 void AddInfoVerb(CLI::App* app) {
   const auto path = std::make_shared<std::string>();
   CLI::App* verb = app->add_subcommand("info", "print a movie's header and count its tags");
+  const auto json = std::make_shared<bool>(false);
   AddMovieArgument(verb, path.get());
+  verb->add_flag("--json", *json, "print one object of JSON");
   verb->footer("Example: vexel info clock.vxf");
-  verb->callback([=] { PrintInfo(*path); });
+  verb->callback([=] { PrintInfo(*path, *json); });
 }
 
 }  // namespace vexel::tools

@@ -7,6 +7,7 @@
 namespace vexel::tools {
 
 void AddInfoVerb(CLI::App* app);
+void AddCheckVerb(CLI::App* app);
 void AddRenderVerb(CLI::App* app);
 void AddImportVerb(CLI::App* app);
 void AddMakeVerb(CLI::App* app);

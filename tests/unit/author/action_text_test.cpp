@@ -182,7 +182,7 @@ TEST(ActionText, TwoEndBytesInTheReachOfAJumpAreTwoEnds) {
   EXPECT_EQ(Text(reached), "if L1\nend\naction 0x6d\nend\nL1:\n");
   ExpectRoundTrip(reached);
   const Bytes behind = {kActionIf, 2, 0, 2, 0, 0, 0x6D, 0, 0};
-  EXPECT_EQ(Text(behind), "if L1\nend\naction 0x6d\nL1:\nend\nend\n");
+  EXPECT_EQ(Text(behind), "if L1\nend\naction 0x6d\nL1:\nend\nbytes 00\nnoend\n");
   ExpectRoundTrip(behind);
 }
 
