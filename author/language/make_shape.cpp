@@ -319,8 +319,10 @@ void Maker::NewTables(ShapeRecord record, const Clauses& clauses) {
   if (in_.AtBlock()) RunBlock(kInShape);
 }
 
+// A selection outlives the tables it was made in, so it is taken back.
 void Maker::Layer() {
   NewTables({}, ReadClauses());
+  Drawing().builder.Fill0(0).Fill1(0).Line(0);
 }
 
 void Maker::CountRecord() {
