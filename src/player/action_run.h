@@ -57,7 +57,7 @@ class ActionRun {
   SObject* TargetRoot() const;
 
   // Operands, from the first byte behind the length. Bytes past the block's
-  // end are 0, and a text that does not end before it is empty.
+  // end are 0, so a text ends there at the latest.
   uint8_t Byte(int32_t offset) const {
     const int64_t at = int64_t{operands} + offset;
     return at < size ? bytes[at] : uint8_t{0};
@@ -65,7 +65,10 @@ class ActionRun {
   uint16_t Word(int32_t offset) const {
     return static_cast<uint16_t>(Byte(offset) | Byte(offset + 1) << 8);
   }
-  TextView Text(int32_t offset) const;
+  // Closed by a NUL, and good until the next call.
+  TextView Text(int32_t offset);
+  // The same as a value, good as long as the block runs.
+  ScriptValue TextValue(int32_t offset);
 
   void Jump() { next += static_cast<int16_t>(Word(0)); }
   // Takes over the texts; frees them if there are too many requests. Texts
@@ -94,6 +97,7 @@ class ActionRun {
   void RunBlock(int32_t at);
   void Trace(int32_t at, uint8_t code);
 
+  ScriptValue m_cutText;   // a text that the block's end cut
   int32_t m_executed = 0;  // actions gone through, over all lists
   bool m_leave = false;    // a call was entered, or the run is halted
   int32_t m_pendingCount = 0;

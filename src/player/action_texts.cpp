@@ -29,13 +29,9 @@ enum Value : uint8_t { kText = 0, kFloat = 1 };
 // One value only, whatever the length says.
 void ActionPush(ActionRun& run) {
   switch (run.Byte(0)) {
-    case kText: {
-      const TextView text = run.Text(1);
-      if (text.length > kMaxValueText) return;
-      run.stack.Push(text.length == 0 ? ScriptValue::Empty()
-                                      : ScriptValue::Borrowed(text.bytes, text.length));
+    case kText:
+      run.stack.Push(run.TextValue(1));
       return;
-    }
     case kFloat: {
       const uint32_t word = run.Word(1) | uint32_t{run.Word(3)} << 16;
       run.stack.PushNumber(double{std::bit_cast<float>(word)});

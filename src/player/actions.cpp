@@ -221,13 +221,25 @@ SObject* ActionRun::TargetRoot() const {
   return (target ? target : player)->rootObject;
 }
 
-TextView ActionRun::Text(int32_t offset) const {
+TextView ActionRun::Text(int32_t offset) {
   const int64_t at = int64_t{operands} + offset;
   if (at >= size) return {"", 0};
   const auto* start = reinterpret_cast<const char*>(bytes + at);
-  const void* end = memchr(start, '\0', static_cast<size_t>(size - at));
-  if (!end) return {"", 0};
-  return {start, static_cast<int32_t>(static_cast<const char*>(end) - start)};
+  const auto room = static_cast<int32_t>(size - at);
+  if (const void* end = memchr(start, '\0', static_cast<size_t>(room))) {
+    return {start, static_cast<int32_t>(static_cast<const char*>(end) - start)};
+  }
+  m_cutText = ScriptValue::Copy(TextView{start, room});
+  if (m_cutText.IsNone()) return {"", 0};
+  return {m_cutText.Text(), room};
+}
+
+ScriptValue ActionRun::TextValue(int32_t offset) {
+  const TextView text = Text(offset);
+  if (text.length == 0) return ScriptValue::Empty();
+  if (text.length > kMaxValueText) return ScriptValue();
+  if (!m_cutText.IsNone() && text.bytes == m_cutText.Text()) return m_cutText;
+  return ScriptValue::Borrowed(text.bytes, text.length);
 }
 
 // Required: the running block has moved on even if there is no memory for the

@@ -162,15 +162,15 @@ TEST_F(Actions, ABlockWithoutAnEndEndsWithItsBytes) {
   EXPECT_FALSE(player.actionsHalted);
 }
 
-TEST_F(Actions, OperandsBehindTheEndAreZerosAndOpenTextsEmpty) {
+TEST_F(Actions, OperandsBehindTheEndAreZerosAndTextsStopThere) {
   RunBytes({0x96, 5, 0, 1, 0, 0});  // a float cut short
   EXPECT_EQ(Pop(), "0");
   RunBytes({0x96, 3, 0, 0, 'a', 'b'});  // a text without its end
-  EXPECT_EQ(Pop(), "");
+  EXPECT_EQ(Pop(), "ab");
   RunBytes({0x96, 1, 0});  // no type
   EXPECT_EQ(Pop(), "");
   RunBytes({0x83, 3, 0, 'a', 0, 'b'});
-  EXPECT_EQ(player.requests, std::vector<std::string>{"a > "});
+  EXPECT_EQ(player.requests, std::vector<std::string>{"a > b"});
 }
 
 TEST_F(Actions, AMillionValuesKeepTheFirst65536) {
