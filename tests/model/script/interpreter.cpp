@@ -1,5 +1,6 @@
 // Action blocks, action by action.
 #include <cstring>
+#include <utility>
 
 #include "movie/actions.h"
 #include "player.h"
@@ -140,17 +141,14 @@ void Player::DoActions() {
   resumed = false;
   while (!stage.calls.empty()) {
     ActionList* list = stage.calls.back().list;
-    bool called = false;
-    while (!called && list->read < list->entries.size()) {
-      if (!list->entries[list->read].block) {
-        ++list->read;
-        continue;
-      }
-      called = RunBlock(list, resumed);
-      if (!called && halted) break;
-      if (!called) ++list->read;
+    Ended how = Ended::kBlock;
+    while (how == Ended::kBlock && list->read < list->entries.size()) {
+      // Only the block that called goes on with its target, if it still exists.
+      const bool goesOn = std::exchange(resumed, false);
+      if (list->entries[list->read].block) how = RunBlock(list, goesOn);
+      if (how == Ended::kBlock) ++list->read;
     }
-    if (called) continue;
+    if (how == Ended::kByCall) continue;
     stage.calls.pop_back();
     if (stage.calls.empty()) break;
     delete list;
@@ -175,7 +173,9 @@ void Player::FinishRun() {
   if (xStop && xChanged) calls += "XStopPlay ";
 }
 
-bool Player::RunBlock(ActionList* list, bool isResumed) {
+// A halted run still starts the blocks that have not ended, and leaves each
+// after one action.
+Player::Ended Player::RunBlock(ActionList* list, bool isResumed) {
   // By index: running pushes on to the list.
   const size_t index = list->read;
   Running at;
@@ -185,7 +185,6 @@ bool Player::RunBlock(ActionList* list, bool isResumed) {
     stage.calls.back().target = nullptr;
     stage.calls.back().hasTarget = false;
   }
-  resumed = false;
   while (const int code = at.Byte()) {
     at.next = at.pos;
     if (code >= 0x80) {
@@ -200,13 +199,13 @@ bool Player::RunBlock(ActionList* list, bool isResumed) {
       called = RunAction(at, code);
     }
     if (++executed > kMaxExecuted) halted = true;
-    if (called) return true;
-    if (halted) return false;
+    if (called) return Ended::kByCall;
+    if (halted) return Ended::kByHalt;
     // A target outside the block ends it.
     if (at.next < 0) break;
     at.pos = at.next;
   }
-  return false;
+  return Ended::kBlock;
 }
 
 bool Player::RunAction(Running& at, int code) {
@@ -545,7 +544,8 @@ void Player::StartDrag(Thread* target) {
 
 bool Player::Call(Running& at, Thread* target) {
   const Text text = Pop();
-  if (stage.calls.size() >= kMaxCalls) return false;
+  // Lists on their way out of a halted run could call without end.
+  if (stage.calls.size() >= kMaxCalls || halted) return false;
   int frame = 0;
   Thread* thread = ResolveFrame(text, target, &frame);
   if (!thread) return false;

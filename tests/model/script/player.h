@@ -81,8 +81,8 @@ struct Player {
   i32 PopInt() { return ToInt32(PopNumber()); }
 
   struct Running;
-  // True if a called frame's list has to be run first.
-  bool RunBlock(ActionList* list, bool isResumed);
+  enum class Ended { kBlock, kByCall, kByHalt };
+  Ended RunBlock(ActionList* list, bool isResumed);
   bool RunAction(Running& at, int code);
   void RunTargetAction(Running& at, int code, Thread* target);
   void RunStackAction(Running& at, int code, Thread* target);
