@@ -25,6 +25,13 @@ void FuzzActionsText(const uint8_t* data, size_t size);
 // A movie to check.
 void FuzzCheck(const uint8_t* data, size_t size);
 
+// Action blocks, each behind its length in 16 bits: they become the frames' and
+// the button's of a small movie, which is played and clicked.
+void FuzzActions(const uint8_t* data, size_t size);
+
+// A script of `vexel run` for a small movie.
+void FuzzRun(const uint8_t* data, size_t size);
+
 struct Target {
   const char* name;  // of the folder of its inputs in fuzz/regress
   void (*run)(const uint8_t* data, size_t size);
@@ -36,6 +43,8 @@ inline constexpr Target kTargets[] = {
     {"svg", FuzzSvg},
     {"actions_text", FuzzActionsText},
     {"check", FuzzCheck},
+    {"actions", FuzzActions},
+    {"run", FuzzRun},
 };
 
 }  // namespace vexel::fuzz

@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <string>
 
+#include "action_blocks.h"
 #include "author/writer.h"
+#include "random_block.h"
 #include "support/random_movie.h"
 
 namespace {
@@ -163,6 +165,39 @@ void ActionTexts(const std::filesystem::path& folder) {
        "startDrag(this, true, 1, 2, 3, 4); setProperty(p, alpha, random(3))");
 }
 
+// A few blocks each, sensible ones and others.
+void Actions(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "actions");
+  for (uint32_t seed = 0; seed < 80; ++seed) {
+    vexel::model::script::Lots lots(seed);
+    vexel::model::script::BlockStyle style;
+    style.odd = seed % 4 == 0;
+    style.length = 2 + static_cast<int>(seed % 8);
+    std::vector<vexel::fuzz::Block> blocks;
+    for (uint32_t n = 1 + seed % 5; n > 0; --n) {
+      blocks.push_back(vexel::model::script::RandomBlock(lots, style));
+    }
+    seeds.Add(vexel::fuzz::WriteBlocks(blocks));
+  }
+}
+
+void Scripts(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "run");
+  const char* const scripts[] = {
+      "clock 100\nclock 300\ntree\ndirty\n",
+      "# a comment\n\nstep\nstep 3\nframe /\nframe a\nframe /a/b\nseek 0\nplay\nstop\n",
+      "zoom 50\npan 3 4\nzoom 200\nhome\nquality low\nquality high\n",
+      "move 25 20\ndown 25 20\nmove 2 2\nup 2 2\nhit 25 20\nhit 0 0\n",
+      "get x\nset x=two words\nget /:x\nget nothing\nset a:v=1\n",
+      "prop a 0\nsetprop a 10 45\nprop / 11\n",
+      "key tab\nkey left shift\nkey 13\ntype some text\nblink\nwait 500\nget v\n",
+  };
+  for (const char* script : scripts) {
+    const std::string text = script;
+    seeds.Add({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -175,5 +210,7 @@ int main(int argc, char** argv) {
   Bitmaps(argv[1]);
   Svgs(argv[1]);
   ActionTexts(argv[1]);
+  Actions(argv[1]);
+  Scripts(argv[1]);
   return 0;
 }

@@ -1,7 +1,7 @@
 #!/bin/sh
 # run.sh TARGET [SECONDS]: fuzzes a target (movie, bitmap, svg, actions_text,
-# check) with bounded memory and time, from the seeds of the build and what
-# earlier runs found. The build folder is build-fuzz, or $BUILD.
+# check, actions or run) with bounded memory and time, from the seeds of the
+# build and what earlier runs found. The build folder is build-fuzz, or $BUILD.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 target=$1
