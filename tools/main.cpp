@@ -19,6 +19,7 @@ int Run(int argc, char** argv) {
   AddRenderVerb(&app);
   AddImportVerb(&app);
   AddMakeVerb(&app);
+  AddWatchVerb(&app);
   AddRunVerb(&app);
   AddBenchVerb(&app);
   try {

@@ -11,6 +11,7 @@ void AddCheckVerb(CLI::App* app);
 void AddRenderVerb(CLI::App* app);
 void AddImportVerb(CLI::App* app);
 void AddMakeVerb(CLI::App* app);
+void AddWatchVerb(CLI::App* app);
 void AddRunVerb(CLI::App* app);
 void AddBenchVerb(CLI::App* app);
 

@@ -10,4 +10,9 @@ namespace vexel::tools {
 // never; throws Failure if it cannot be run.
 [[noreturn]] void RunWorker(const std::string& name, const std::vector<std::string>& arguments);
 
+// Runs such a program to its end; `vexel` itself is one. Its output and its
+// messages go where this program's go. Its status, or kFailed, with a message,
+// if a signal ended it. Throws Failure if it cannot be run.
+int RunChild(const std::string& name, const std::vector<std::string>& arguments);
+
 }  // namespace vexel::tools

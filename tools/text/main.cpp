@@ -1,9 +1,12 @@
 // `vexel-text make TEXT MOVIE [FOLDER...]` and `vexel-text dump MOVIE`: the work of the
-// verbs. `vexel-text reference` prints docs/text-form.md. A program of its own for the same reason
-// as the importer, whose libraries it needs for the art that a text may take in.
+// verbs. `vexel-text make-listed LIST TEXT MOVIE [FOLDER...]` also writes down which files the
+// text asks for. `vexel-text reference` prints docs/text-form.md. A program of its own for the same
+// reason as the importer, whose libraries it needs for the art that a text may take in.
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <new>
+#include <set>
 #include <utility>
 
 #include "author/importers.h"
@@ -24,9 +27,33 @@ std::vector<uint8_t> ReadWhole(const std::string& path) {
   return bytes;
 }
 
-void Make(const std::string& path, const std::string& out, std::vector<std::string> folders) {
+// Keeps the names of all files that a text asks for, and writes them down, a
+// line each, also when the text turns out to be wrong.
+class ListedFiles : public author::DiskFiles {
+ public:
+  ListedFiles(std::string list, std::vector<std::string> folders)
+      : DiskFiles(std::move(folders)), list_(std::move(list)) {}
+  ~ListedFiles() override {
+    std::ofstream file(list_);
+    for (const std::string& name : names_) file << name << "\n";
+  }
+  std::string Locate(const std::string& beside, const std::string& named) override {
+    names_.insert(beside);
+    return DiskFiles::Locate(beside, named);
+  }
+  bool Read(const std::string& path, size_t limit, std::string* bytes,
+            std::string* error) override {
+    names_.insert(path);
+    return DiskFiles::Read(path, limit, bytes, error);
+  }
+
+ private:
+  std::string list_;
+  std::set<std::string> names_;
+};
+
+void Make(const std::string& path, const std::string& out, author::MovieFiles& files) {
   const std::vector<uint8_t> bytes = ReadWhole(path);
-  author::DiskFiles files(std::move(folders));
   const author::MadeMovie movie =
       author::MakeMovie(path, std::string(bytes.begin(), bytes.end()), files);
   for (const std::string& warning : movie.warnings)
@@ -43,7 +70,11 @@ int main(int argc, char** argv) {
   namespace author = vexel::author;
   try {
     if (argc >= 4 && std::strcmp(argv[1], "make") == 0) {
-      Make(argv[2], argv[3], {argv + 4, argv + argc});
+      author::DiskFiles files({argv + 4, argv + argc});
+      Make(argv[2], argv[3], files);
+    } else if (argc >= 5 && std::strcmp(argv[1], "make-listed") == 0) {
+      ListedFiles files(argv[2], {argv + 5, argv + argc});
+      Make(argv[3], argv[4], files);
     } else if (argc == 2 && std::strcmp(argv[1], "reference") == 0) {
       const std::string text = author::LanguageReference();
       std::fwrite(text.data(), 1, text.size(), stdout);
