@@ -125,10 +125,22 @@ void SetRotation(SObject* object, double degrees) {
   object->scriptControlled = true;
 }
 
+// What is hidden loses the keyboard's focus, frame included.
+void TakeFocus(SPlayer* player, const SObject* hidden) {
+  const SObject* at = player->focusButton.button.Get();
+  while (at && at != hidden) at = at->parent;
+  if (!at) return;
+  player->focusButton.button.Set(nullptr);
+  DisplayList& display = player->display;
+  display.InvalidateRect(&display.tabFocusRect);
+  RectSetEmpty(&display.tabFocusRect);
+}
+
 // Required: unlike the other writes, this one leaves the object to its timeline.
-void SetVisible(SObject* object, bool visible) {
+void SetVisible(SPlayer* player, SObject* object, bool visible) {
   if (visible == object->visible) return;
   object->visible = visible;
+  if (!visible) TakeFocus(player, object);
   object->Modify();
 }
 
@@ -241,7 +253,7 @@ void SPlayer::SetProperty(ScriptThread* thread, int32_t index, double value) {
       SetAlpha(object, value);
       break;
     case kPropVisible:
-      SetVisible(object, value != 0);
+      SetVisible(this, object, value != 0);
       break;
     case kPropRotation:
       SetRotation(object, value);

@@ -248,6 +248,30 @@ TEST_F(Properties, ShowingWhatIsVisibleDoesNothingAtAll) {
   EXPECT_EQ(Set(kPropVisible, 0), "");
 }
 
+TEST_F(Properties, HidingTakesTheFocusFromAButtonInside) {
+  SObject* button = a->next->next;
+  const SRECT bounds = {40, 80, 40, 80};
+  player.display.Update();
+  player.focusButton.Set(button, bounds);
+  player.display.tabFocusRect = bounds;
+  player.SetProperty(&player, kPropVisible, 0);
+  EXPECT_EQ(player.focusButton.button.Get(), nullptr);
+  EXPECT_TRUE(RectIsEmpty(&player.display.tabFocusRect));
+  EXPECT_EQ(player.display.dirtyCount, 1);
+}
+
+TEST_F(Properties, HidingAnotherObjectLeavesTheFocus) {
+  SObject* button = a->next->next;
+  const SRECT bounds = {40, 80, 40, 80};
+  player.focusButton.Set(button, bounds);
+  player.display.tabFocusRect = bounds;
+  EXPECT_EQ(Set(kPropVisible, 0), "modified");
+  EXPECT_EQ(player.focusButton.button.Get(), button);
+  EXPECT_FALSE(RectIsEmpty(&player.display.tabFocusRect));
+  player.SetProperty(&player, kPropVisible, 1);
+  EXPECT_EQ(player.focusButton.button.Get(), button);
+}
+
 TEST_F(Properties, WidthAndHeightAreThoseOfTheBoundingBox) {
   EXPECT_EQ(Get(kPropWidth), 10);
   EXPECT_EQ(Get(kPropHeight), 20);

@@ -218,7 +218,7 @@ TEST_F(TabOrder, ReturnPressesAndReleases) {
   EXPECT_TRUE(FrameIs(0, 10, 0, 10));
 }
 
-TEST_F(TabOrder, ReturnThatHidesItsButtonMovesTheFocusToTheNext) {
+TEST_F(TabOrder, ReturnThatHidesItsButtonMovesTheFocusToTheFirst) {
   Rectangle(1, 0, 0, 10, 10);
   author::ActionBuilder hide = Log("r ");
   for (const char* operand : {"/cover", "7", "0"}) hide.Push(operand);
@@ -239,8 +239,8 @@ TEST_F(TabOrder, ReturnThatHidesItsButtonMovesTheFocusToTheNext) {
   Logged();
   EXPECT_TRUE(player.HandleKeyDown(kKeyReturn, 0));
   EXPECT_FALSE(At(5)->visible);
-  EXPECT_EQ(Focused(), 20);
-  EXPECT_EQ(Logged(), "next0 ");
+  EXPECT_EQ(Focused(), 10);
+  EXPECT_EQ(Logged(), "first0 ");
 }
 
 TEST_F(TabOrder, ReturnThatRemovesItsButtonMovesTheFocusToTheFirst) {
