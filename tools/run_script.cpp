@@ -22,10 +22,20 @@ namespace {
 // says that this is no script.
 constexpr size_t kMaxLine = 8 << 20;
 
+// Keys by name: the first has code 1, and so on.
+constexpr const char* kKeyNames[] = {"left",   "right",     "home", "end",  "insert", "delete",
+                                     "clear",  "backspace", "cut",  "copy", "paste",  "selectall",
+                                     "return", "up",        "down", "top",  "bottom", "tab"};
+
+// Bits of a key's modifiers.
+constexpr int32_t kShift = 1;
+constexpr int32_t kControl = 2;
+
 // What a command works on.
 struct Stage {
   HeadlessPlayer* player;
   const Results* results;
+  bool* mouseIsDown;
 };
 
 // A text that the player hands out.
@@ -52,6 +62,43 @@ void RunStep(const Stage& stage, const ScriptArguments& args) {
 
 SPOINT PointOf(const ScriptArguments& args) {
   return {args.Int(0), args.Int(1)};
+}
+
+void RunDown(const Stage& stage, const ScriptArguments& args) {
+  const SPOINT pt = PointOf(args);
+  *stage.mouseIsDown = true;
+  stage.player->MouseDown(&pt);
+}
+void RunMove(const Stage& stage, const ScriptArguments& args) {
+  const SPOINT pt = PointOf(args);
+  stage.player->MouseMove(&pt, *stage.mouseIsDown);
+}
+void RunUp(const Stage& stage, const ScriptArguments& args) {
+  const SPOINT pt = PointOf(args);
+  *stage.mouseIsDown = false;
+  stage.player->MouseUp(&pt);
+}
+
+void RunKey(const Stage& stage, const ScriptArguments& args) {
+  const std::string name = args.Word(0);
+  const auto found = std::find(std::begin(kKeyNames), std::end(kKeyNames), name);
+  int64_t code = found - std::begin(kKeyNames) + 1;
+  if (found == std::end(kKeyNames) && !ParseNumber(name, kInt32Min, kInt32Max, &code))
+    throw BadLine{"'" + Escaped(name) + "' is neither a key nor a code"};
+  int32_t modifiers = 0;
+  for (size_t i = 1; i < args.count(); i++) {
+    const std::string word = args.Word(i);
+    const int32_t bit = word == "shift" ? kShift : word == "control" ? kControl : 0;
+    if (bit == 0) throw BadLine{"'" + Escaped(word) + "' is neither shift nor control"};
+    modifiers |= bit;
+  }
+  stage.results->Key(stage.player->HandleKeyDown(static_cast<int32_t>(code), modifiers));
+}
+
+void RunType(const Stage& stage, const ScriptArguments& args) {
+  for (const char c : args.Text(0)) {
+    stage.player->HandleKeyDown(static_cast<unsigned char>(c), 0);
+  }
 }
 
 // No text field takes the focus, so there is no cursor to blink.
@@ -158,6 +205,11 @@ constexpr Command kCommands[] = {
     {"clock",   "MS",                     1, 1,     true,  RunClock},
     {"wait",    "MS",                     1, 1,     false, RunWait},
     {"step",    "[N]",                    0, 1,     true,  RunStep},
+    {"down",    "X Y",                    2, 2,     true,  RunDown},
+    {"move",    "X Y",                    2, 2,     true,  RunMove},
+    {"up",      "X Y",                    2, 2,     true,  RunUp},
+    {"key",     "NAME [shift] [control]", 1, 3,     true,  RunKey},
+    {"type",    "TEXT",                   1, kText, true,  RunType},
     {"blink",   "",                       0, 0,     true,  RunBlink},
     {"get",     "NAME",                   1, kText, false, RunGet},
     {"set",     "NAME=TEXT",              1, kText, true,  RunSet},
@@ -213,7 +265,8 @@ void RunScript::RunLine(const std::string& line) {
   if (start == std::string::npos) return;
   const size_t end = std::min(line.find_first_of(blanks, start), line.size());
   const size_t rest = std::min(line.find_first_not_of(blanks, end), line.size());
-  Run({player_, results_}, line.substr(start, end - start), ScriptArguments(line.substr(rest)));
+  Run({player_, results_, &mouseIsDown_}, line.substr(start, end - start),
+      ScriptArguments(line.substr(rest)));
 }
 
 bool RunScript::RunNext(std::istream* in) {

@@ -28,6 +28,7 @@ class RunScript {
   const Results* results_;
   std::string name_;
   int lineNumber_ = 0;
+  bool mouseIsDown_ = false;
 };
 
 }  // namespace vexel::tools
