@@ -110,9 +110,9 @@ int32_t WindowVectors(const RadialLine& line, int32_t n) {
   // Two entries and a bit are for cut positions.
   constexpr int64_t kMostStep = (int64_t{1} << 14) * (10 * kSize - 22) / (10 * kSize);
   const int64_t step = int64_t{line.dx} * line.dx + int64_t{line.dy} * line.dy;
-  if (step > kMostStep * kMostStep) return 0;
-  if (4 * step > kMostStep * kMostStep) return 1;
-  return 16 * step > kMostStep * kMostStep ? 2 : 4;
+  int32_t vectors = 4;
+  while (vectors > 0 && vectors * vectors * step > kMostStep * kMostStep) vectors--;
+  return vectors;
 }
 
 }  // namespace vexel

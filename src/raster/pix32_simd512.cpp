@@ -205,7 +205,7 @@ VEXEL_AVX512 inline void DrawWindow(uint8_t* at, int32_t n, const uint32_t* ramp
     const __mmask16 holds =
         _mm512_mask_cmpgt_epi32_mask(_mm512_cmpgt_epi32_mask(d, square), nextSquare, d);
     __m512i color = _mm512_permutexvar_epi32(i, colors);
-    if (holds == kAll) {
+    if (_mm512_kortestc(holds, holds) != 0) {
       w->before = {i, base};
     } else {
       const __mmask16 ties = _mm512_cmpeq_epi32_mask(d, square);

@@ -130,12 +130,9 @@ void RowSums::Draw(CRaster* raster) {
   uint8_t* row = raster->rowAddr + int64_t{4} * raster->xOffset;
   for (int32_t w = 0; w < nWords_; w++) {
     uint64_t bits = touched_[w];
-    if (bits == 0) {
-      broken_[w] = 0;
-      continue;
-    }
-    touched_[w] = 0;
     const uint64_t broken = broken_[w];
+    if ((bits | broken) == 0) continue;
+    touched_[w] = 0;
     broken_[w] = 0;
     while (bits != 0) {
       const int32_t bit = __builtin_ctzll(bits);
