@@ -15,9 +15,6 @@ static_assert(kValueScratchSize >= kNumberTextSize);
 
 namespace {
 
-// Below this magnitude the digits of an integer all fit into a number's text.
-constexpr double kExactIntegers = 1e15;
-
 // Between these magnitudes a number that was read from the text of another
 // renders as that text again: 15 digits leave room for the roundings on the
 // way. Beyond, a carry may change the form, and powers of ten lose bits.
@@ -77,8 +74,18 @@ bool TextBlock::Extend(TextView tail) {
   return true;
 }
 
-ScriptValue ScriptValue::Number(double v) {
-  if (std::fabs(v) < kExactIntegers && v == std::trunc(v)) return Exact(v + 0.0);  // no -0
+ScriptValue ScriptValue::AsConstant() const {
+  double v;
+  if (m_kind != Kind::kBorrowed || m_length >= kValueScratchSize || !ReadNumber(&v)) return *this;
+  ScriptValue number = Number(v);
+  char scratch[kValueScratchSize];
+  const TextView text = number.View(scratch);
+  const bool same = number.IsNumber() && text.length == m_length &&
+                    memcmp(text.bytes, m_at.pointer, static_cast<size_t>(m_length)) == 0;
+  return same ? number : *this;
+}
+
+ScriptValue ScriptValue::Rounded(double v) {
   if (!std::isfinite(v)) return Error();
   const double magnitude = std::fabs(v);
   if (magnitude > kSmallestPlain && magnitude < kLargestPlain) return Exact(RoundTripDouble(v));
@@ -182,8 +189,8 @@ const char* ScriptValue::Text() {
   return m_kind == Kind::kText ? m_at.block->Bytes() : m_at.pointer;
 }
 
-void ScriptValue::Own() {
-  if (m_kind == Kind::kBorrowed) *this = Copy({m_at.pointer, m_length});
+void ScriptValue::CopyBorrowed() {
+  *this = Copy({m_at.pointer, m_length});
 }
 
 }  // namespace vexel

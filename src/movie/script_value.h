@@ -71,7 +71,14 @@ class ScriptValue {
   ~ScriptValue() { Clear(); }
 
   // The text of `v`.
-  static ScriptValue Number(double v);
+  static ScriptValue Number(double v) {
+    // An integer of up to 15 digits is what its text reads as; not so -0.
+    if (v > -kExactIntegers && v < kExactIntegers) {
+      const double whole = static_cast<double>(static_cast<int64_t>(v));
+      if (whole == v) return Exact(whole);
+    }
+    return Rounded(v);
+  }
   static ScriptValue Truth(bool v) { return Exact(v ? 1 : 0); }
   // A text that outlives the process' values.
   static ScriptValue Static(const char* text, int32_t length) {
@@ -97,6 +104,11 @@ class ScriptValue {
   bool IsNone() const { return m_kind == Kind::kNone; }
   bool IsNumber() const { return m_kind == Kind::kNumber; }
   bool IsBorrowed() const { return m_kind == Kind::kBorrowed; }
+  // Of a borrowed text: where it stands, closed by a NUL.
+  const char* BorrowedText() const { return m_at.pointer; }
+  // The same text with a number inside if that is how the number is written;
+  // else the value itself. For constants that are used again and again.
+  ScriptValue AsConstant() const;
 
   // What the text reads as; 0 for a text that is no number.
   double ToNumber() const { return m_kind == Kind::kNumber ? m_at.number : ParseNumber(); }
@@ -107,12 +119,22 @@ class ScriptValue {
   // The text closed by a NUL, valid as long as the value is unchanged; the
   // empty text without memory.
   const char* Text();
+  // Makes it none.
+  void Clear() {
+    if (m_kind == Kind::kText) m_at.block->Release();
+    m_kind = Kind::kNone;
+  }
   // Makes a copy of a borrowed text.
-  void Own();
+  void Own() {
+    if (m_kind == Kind::kBorrowed) CopyBorrowed();
+  }
 
  private:
   enum class Kind : uint32_t { kNone, kNumber, kStatic, kBorrowed, kText };
 
+  // Below this magnitude the digits of an integer all fit into its text.
+  static constexpr double kExactIntegers = 1e15;
+  static ScriptValue Rounded(double v);
   // A number whose text reads as the number itself.
   static ScriptValue Exact(double v) {
     ScriptValue value;
@@ -128,11 +150,7 @@ class ScriptValue {
     return value;
   }
   double ParseNumber() const;
-  void Clear() {
-    if (m_kind == Kind::kText) m_at.block->Release();
-    m_kind = Kind::kNone;
-  }
-
+  void CopyBorrowed();
   Kind m_kind = Kind::kNone;
   int32_t m_length = 0;  // of a text: the bytes of it that this value has
   union {

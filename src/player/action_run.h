@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "movie/actions.h"
+#include "player/action_cache.h"
 #include "player/script_stack.h"
 #include "player/splayer.h"
 
@@ -79,6 +80,7 @@ class ActionRun {
 
   SPlayer* player;
   ScriptStack& stack;
+  ActionCache& cache;
 
   ActionCallEntry* call = nullptr;  // the running list
   // The running block, and offsets in it. `next` may lie outside: that ends

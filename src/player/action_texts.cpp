@@ -24,17 +24,27 @@ uint8_t FirstByte(TextView text) {
 
 enum Value : uint8_t { kText = 0, kFloat = 1 };
 
+void Push(ActionRun& run, const uint8_t* at, ScriptValue value) {
+  if (value.IsBorrowed() || value.IsNumber()) run.cache.NoteConstant(at, value);
+  run.stack.Push(std::move(value));
+}
+
 }  // namespace
 
 // One value only, whatever the length says.
 void ActionPush(ActionRun& run) {
+  const uint8_t* at = run.bytes + run.operands;
+  if (const ScriptValue* constant = run.cache.Constant(at)) {
+    run.stack.Push(*constant);
+    return;
+  }
   switch (run.Byte(0)) {
     case kText:
-      run.stack.Push(run.TextValue(1));
+      Push(run, at, run.TextValue(1));
       return;
     case kFloat: {
       const uint32_t word = run.Word(1) | uint32_t{run.Word(3)} << 16;
-      run.stack.PushNumber(double{std::bit_cast<float>(word)});
+      Push(run, at, ScriptValue::Number(double{std::bit_cast<float>(word)}));
       return;
     }
     default:

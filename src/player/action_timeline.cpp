@@ -1,7 +1,5 @@
 // Actions on timelines: playing, targets, variables, properties, sprites and
 // the drag.
-#include <cstring>
-
 #include "geometry/intmath.h"
 #include "movie/script_player.h"
 #include "player/action_run.h"
@@ -50,8 +48,10 @@ void SetTarget(ActionRun& run, const char* path) {
 
 // A plain name is a variable of the target; a path or a dot asks more.
 bool IsPlain(TextView name) {
-  const size_t length = static_cast<size_t>(name.length);
-  return !memchr(name.bytes, ':', length) && !memchr(name.bytes, '.', length);
+  for (int32_t i = 0; i < name.length; ++i) {
+    if (name.bytes[i] == ':' || name.bytes[i] == '.') return false;
+  }
+  return true;
 }
 
 SCOORD DragCoord(int32_t pixels) {
@@ -142,14 +142,24 @@ void ActionSetTargetExpr(ActionRun& run) {
 }
 
 void ActionGetVariable(ActionRun& run) {
-  ScriptValue name = run.stack.Pop();
   ScriptThread* target = run.Target();
+  ScriptThread* thread = target ? target : run.player;
+  ScriptValue* top = run.stack.Top();
+  if (top && top->IsBorrowed()) {
+    if (const ScriptVariable* variable = run.cache.Variable(top->BorrowedText(), thread)) {
+      *top = variable->value.IsNone() ? ScriptValue::Empty() : variable->value;
+      return;
+    }
+  }
+  ScriptValue name = run.stack.Pop();
   char scratch[kValueScratchSize];
   const TextView text = name.View(scratch);
   ScriptValue value;
   if (IsPlain(text)) {
-    ScriptThread* thread = target ? target : run.player;
-    if (const ScriptVariable* variable = thread->FindVariable(text)) value = variable->value;
+    if (ScriptVariable* variable = thread->FindVariable(text)) {
+      value = variable->value;
+      if (name.IsBorrowed()) run.cache.NoteVariable(text.bytes, thread, variable);
+    }
   } else {
     const PoppedText path(std::move(name));
     char* found = run.player->GetVariable(target, path.Text());
@@ -163,16 +173,23 @@ void ActionSetVariable(ActionRun& run) {
   ScriptValue value = run.stack.Pop();
   ScriptValue name = run.stack.Pop();
   ScriptThread* target = run.Target();
-  char scratch[kValueScratchSize];
-  const TextView text = name.View(scratch);
-  if (IsPlain(text)) {
-    ScriptThread* thread = target ? target : run.player;
-    thread->SetVariable(text, std::move(value));
-    return;
+  ScriptThread* thread = target ? target : run.player;
+  ScriptVariable* variable =
+      name.IsBorrowed() ? run.cache.Variable(name.BorrowedText(), thread) : nullptr;
+  if (!variable) {
+    char scratch[kValueScratchSize];
+    const TextView text = name.View(scratch);
+    if (!IsPlain(text)) {
+      const PoppedText path(std::move(name));
+      const PoppedText content(std::move(value));
+      run.player->SetVariable(target, path.Text(), content.Text());
+      return;
+    }
+    variable = thread->MakeVariable(text);
+    if (!variable) return;
+    if (name.IsBorrowed()) run.cache.NoteVariable(text.bytes, thread, variable);
   }
-  const PoppedText path(std::move(name));
-  const PoppedText content(std::move(value));
-  run.player->SetVariable(target, path.Text(), content.Text());
+  thread->StoreVariable(variable, std::move(value));
 }
 
 void ActionGetProperty(ActionRun& run) {
@@ -248,6 +265,7 @@ void ActionStartDrag(ActionRun& run) {
 void ActionStopDrag(ActionRun& run) {
   SPlayer* player = run.player;
   if (!player->dragObject) return;
+  player->UpdateDropTarget();
   player->dragObject.Set(nullptr);
   player->dragging = false;
 }

@@ -81,7 +81,10 @@ void QueueFrame(SParser* walk, ScriptThread* thread, ActionList* list, DisplayLi
 }  // namespace
 
 ActionRun::ActionRun(SPlayer* owner)
-    : player(owner), stack(owner->stack), clock{owner->hostStopped, false} {}
+    : player(owner),
+      stack(owner->stack),
+      cache(owner->actionCache),
+      clock{owner->hostStopped, false} {}
 
 ActionRun::~ActionRun() {
   for (int32_t i = 0; i < m_pendingCount; ++i) FreeTexts(&m_pending[i]);
@@ -153,6 +156,7 @@ void ActionRun::RunList(bool resumed) {
       size = block.length;
       skip = 0;
       m_leave = false;
+      cache.NextBlock();
       player->actionTrace ? RunBlock<true>(call->resumeAt) : RunBlock<false>(call->resumeAt);
       stack.OwnTexts();
       if (m_leave) return;

@@ -4,8 +4,10 @@
 // they are used, and digits are peeled off one after the other.
 #include "player/convert.h"
 
+#include <bit>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "player/text.h"
 #include "player/url_builder.h"
@@ -15,6 +17,8 @@ namespace vexel {
 namespace {
 
 using Wide = long double;
+
+__extension__ using Product = unsigned __int128;
 
 constexpr double kLog10Of2 = 0.301029995663981;
 
@@ -34,7 +38,7 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-Wide WidePowerOfTen(int32_t n) {
+constexpr Wide WidePowerOfTen(int32_t n) {
   // The magnitude of the lowest integer needs the unsigned type.
   uint32_t count = n < 0 ? 0u - static_cast<uint32_t>(n) : static_cast<uint32_t>(n);
   Wide base = n < 0 ? 0.1L : 10.0L;
@@ -47,8 +51,150 @@ Wide WidePowerOfTen(int32_t n) {
   return result;
 }
 
+// The powers that ordinary numbers need, as PowerOfTen gives them.
+constexpr int32_t kTablePower = 22;
+struct PowerTable {
+  double powers[2 * kTablePower + 1];
+};
+constexpr PowerTable MakePowerTable() {
+  PowerTable table = {};
+  for (int32_t n = -kTablePower; n <= kTablePower; ++n) {
+    table.powers[n + kTablePower] = static_cast<double>(WidePowerOfTen(n));
+  }
+  return table;
+}
+constexpr PowerTable kPowers = MakePowerTable();
+
 Wide Scaled(double v, int32_t k) {
   return k < kLowestExactPower ? Wide{v} / WidePowerOfTen(k) : Wide{v} / Wide{PowerOfTen(k)};
+}
+
+// Digits that 64 bits surely hold.
+constexpr int32_t kExactDigits = 18;
+
+constexpr uint64_t kTenToThe12 = 1000000000000;
+constexpr uint64_t kTenToThe13 = 10000000000000;
+
+// A number as its text has it: 15 digits, the first of them not 0, times 10 to
+// the power of `k` - 14. A carry out of the top leaves 10 to the 15th.
+struct Digits {
+  uint64_t digits;
+  int32_t k;
+};
+
+// The fast way to the digits of ordinary numbers needs a wide type of 64 bits.
+constexpr bool kHasFastDigits =
+    std::numeric_limits<Wide>::digits == 64 && std::endian::native == std::endian::little;
+constexpr double kSmallestFast = 1e-4;
+constexpr double kLargestFast = 1e14;
+
+// The decimal exponent that the binary one suggests, for 2 to the power of
+// -14 to 47.
+constexpr int32_t kFirstBinary = -14;
+constexpr int32_t kLastBinary = 47;
+struct ExponentTable {
+  int8_t k[kLastBinary - kFirstBinary + 1];
+};
+constexpr ExponentTable MakeExponentTable() {
+  ExponentTable table = {};
+  for (int32_t e = kFirstBinary; e <= kLastBinary; ++e) {
+    const double exact = e * kLog10Of2;
+    table.k[e - kFirstBinary] = static_cast<int8_t>(exact < 0 ? exact - 0.5 : exact + 0.5);
+  }
+  return table;
+}
+constexpr ExponentTable kExponents = MakeExponentTable();
+
+// 10 * `fraction`, rounded to the 64 bits that the wide type keeps.
+Product TimesTen(uint64_t fraction) {
+  Product product = static_cast<Product>(fraction) * 10;
+  const uint64_t above = static_cast<uint64_t>(product >> 64);
+  if (above == 0) return product;
+  const int32_t lost = std::bit_width(above);
+  const uint64_t unit = uint64_t{1} << lost;
+  const uint64_t rest = static_cast<uint64_t>(product) & (unit - 1);
+  product -= rest;
+  const uint64_t half = unit >> 1;
+  const bool odd = (static_cast<uint64_t>(product) & unit) != 0;
+  if (rest > half || (rest == half && odd)) product += unit;
+  return product;
+}
+
+// The same digits that TakeDigit peels off, without walking through them. Each
+// step there multiplies the fraction by ten, which adds a zero bit at its end:
+// after two steps nothing is rounded any more, and one product gives the rest.
+Digits FastDigits(double v) {
+  const uint64_t bits = std::bit_cast<uint64_t>(v);
+  const int32_t binary = static_cast<int32_t>(bits >> 52) - 1023;
+  int32_t k = kExponents.k[binary - kFirstBinary];
+  Wide m = Wide{v} / Wide{kPowers.powers[k + kTablePower]};
+  if (m < 1) m = Wide{v} / Wide{kPowers.powers[--k + kTablePower]};
+
+  uint64_t mantissa;
+  uint16_t exponent;
+  memcpy(&mantissa, &m, sizeof mantissa);
+  memcpy(&exponent, reinterpret_cast<const char*>(&m) + sizeof mantissa, sizeof exponent);
+  const int32_t point = 63 - (exponent - 16383);  // bits behind the point, 60 to 63
+  const uint64_t mask = (uint64_t{1} << point) - 1;
+  uint64_t digits = mantissa >> point;
+  uint64_t fraction = mantissa & mask;
+  for (int32_t i = 0; i < 2; ++i) {
+    const Product next = TimesTen(fraction);
+    digits = digits * 10 + static_cast<uint64_t>(next >> point);
+    fraction = static_cast<uint64_t>(next) & mask;
+  }
+  const uint64_t rest =
+      static_cast<uint64_t>((static_cast<Product>(fraction) * kTenToThe13) >> point);
+  digits = digits * kTenToThe12 + rest / 10 + (rest % 10 >= 5);
+  return {digits, k};
+}
+
+// `digits` / 10^n for n = 8, 4, 2, 1 while that is whole and `*places` allows.
+uint64_t StripZeros(uint64_t digits, int32_t* places) {
+  constexpr struct {
+    int32_t n;
+    uint64_t power;
+  } kSteps[] = {{8, 100000000}, {4, 10000}, {2, 100}, {1, 10}};
+  for (const auto& step : kSteps) {
+    if (*places < step.n || digits % step.power != 0) continue;
+    digits /= step.power;
+    *places -= step.n;
+  }
+  return digits;
+}
+
+// The number and a NUL; returns where the NUL stands.
+char* WriteFast(double v, char* at) {
+  uint64_t whole = static_cast<uint64_t>(v);
+  uint64_t fraction = 0;
+  int32_t places = 0;
+  if (static_cast<double>(whole) != v) {
+    const Digits number = FastDigits(v);
+    places = kDigits - 1 - number.k;
+    fraction = StripZeros(number.digits, &places);
+    uint64_t unit = 1;
+    for (int32_t i = 0; i < places; ++i) unit *= 10;
+    whole = fraction / unit;
+    fraction %= unit;
+  }
+  char digits[20];
+  int32_t count = 0;
+  do {
+    digits[count++] = static_cast<char>('0' + whole % 10);
+    whole /= 10;
+  } while (whole != 0);
+  while (count > 0) *at++ = digits[--count];
+  if (places > 0) {
+    *at = '.';
+    char* const end = at + places + 1;
+    for (at = end; places > 0; --places) {
+      *--at = static_cast<char>('0' + fraction % 10);
+      fraction /= 10;
+    }
+    at = end;
+  }
+  *at = '\0';
+  return at;
 }
 
 bool ReadInteger(const char* at, const char* end, int32_t* out) {
@@ -64,10 +210,37 @@ bool ReadInteger(const char* at, const char* end, int32_t* out) {
   return true;
 }
 
+// Digits with a point among them or none, as many as an integer holds. False
+// for all others, numbers or not.
+bool ReadShort(const char* at, const char* end, bool negative, double* out) {
+  if (end - at > kExactDigits) return false;
+  int64_t value = 0;
+  const char* point = nullptr;
+  for (; at != end; ++at) {
+    if (IsDigit(*at)) {
+      value = value * 10 + (*at - '0');
+    } else if (*at == '.' && !point) {
+      point = at + 1;
+    } else {
+      return false;
+    }
+  }
+  if (negative) value = -value;
+  const bool minusZero = negative && value == 0;
+  if (!point || point == end) {
+    *out = minusZero ? -0.0 : static_cast<double>(value);
+  } else {
+    const Wide power = kPowers.powers[kTablePower - (end - point)];
+    *out = minusZero ? -0.0 : static_cast<double>(static_cast<Wide>(value) * power);
+  }
+  return true;
+}
+
 bool ReadDouble(const char* at, const char* end, double* out) {
   const bool negative = at != end && *at == '-';
   if (at != end && (*at == '-' || *at == '+')) ++at;
   if (at == end) return false;
+  if (ReadShort(at, end, negative, out)) return true;
   Wide value = 0;
   uint32_t exponent = 0;  // wraps, as the integer behind an "e" does
   for (; at != end && IsDigit(*at); ++at) value = value * 10 + static_cast<Wide>(*at - '0');
@@ -144,6 +317,9 @@ int32_t FormatDouble(double v, char out[kNumberTextSize]) {
     v = -v;
   }
   char* const start = at;
+  if (v == 0 || (kHasFastDigits && v > kSmallestFast && v < kLargestFast)) {
+    return static_cast<int32_t>(WriteFast(v, at) - out);
+  }
 
   int binary;
   std::frexp(v, &binary);
@@ -193,6 +369,15 @@ int32_t FormatDouble(double v, char out[kNumberTextSize]) {
 }
 
 double RoundTripDouble(double v) {
+  if (const double magnitude = std::fabs(v);
+      kHasFastDigits && magnitude > kSmallestFast && magnitude < kLargestFast) {
+    const Digits number = FastDigits(magnitude);
+    int32_t places = kDigits - 1 - number.k;
+    const uint64_t digits = StripZeros(number.digits, &places);
+    const Wide value = static_cast<Wide>(static_cast<int64_t>(digits));
+    const double back = static_cast<double>(value * kPowers.powers[kTablePower - places]);
+    return v < 0 ? -back : back;
+  }
   char text[kNumberTextSize];
   FormatDouble(v, text);
   double result = 0;

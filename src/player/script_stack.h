@@ -29,6 +29,10 @@ class ScriptStack {
   void PushNumber(double v) { Push(ScriptValue::Number(v)); }
   void PushTruth(bool v) { Push(ScriptValue::Truth(v)); }
 
+  // The value on top, to be read or replaced in place (by no borrowed text);
+  // null if the stack is empty.
+  ScriptValue* Top() { return m_count > 0 ? &m_values[m_count - 1] : nullptr; }
+
   // The empty text, and so 0, from an empty stack.
   ScriptValue Pop() {
     if (m_count == 0) return ScriptValue::Empty();
@@ -36,14 +40,15 @@ class ScriptStack {
   }
   double PopNumber() {
     if (m_count == 0) return 0;
-    const double v = m_values[--m_count].ToNumber();
-    m_values[m_count] = ScriptValue();
+    ScriptValue& top = m_values[--m_count];
+    const double v = top.ToNumber();
+    top.Clear();
     return v;
   }
   // Truncated toward zero; out of range gives -2147483648.
   int32_t PopInteger();
   void Drop() {
-    if (m_count > 0) m_values[--m_count] = ScriptValue();
+    if (m_count > 0) m_values[--m_count].Clear();
   }
 
   // Copies the borrowed texts: before the movie's bytes may go.

@@ -11,6 +11,7 @@
 #include "geometry/rect.h"
 #include "movie/script_player.h"
 #include "movie/weak.h"
+#include "player/action_cache.h"
 #include "player/script_stack.h"
 #include "raster/bit_buffer.h"
 #include "stage/display_list.h"
@@ -287,6 +288,7 @@ class SPlayer : public ScriptPlayer {
   SRECT zoomRect;  // the part shown, twentieths; empty when all of `frame` is
 
   ScriptStack stack;                   // the values of the action language
+  ActionCache actionCache;             // of the block that runs
   ActionTrace* actionTrace = nullptr;  // not owned: sees each action, for tools
 
   int32_t bufferTime = 5;      // property 18: a number that scripts may keep here

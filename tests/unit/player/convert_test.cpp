@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -188,6 +190,113 @@ TEST(ConvertDoubleToStringTest, IsAtMostOneInTheLastPlaceFromTheNearestText) {
     const double back = Number(Text(v));
     if (back == 0) continue;  // a lost carry
     ASSERT_LE(std::fabs(back - v), std::fabs(v) * 1.1e-14) << Text(v);
+  }
+}
+
+// The digits one by one, as they would be written by hand.
+std::string PlainText(double v) {
+  std::string out;
+  if (v < 0) out = "-", v = -v;
+  const size_t start = out.size();
+  int binary;
+  std::frexp(v, &binary);
+  int k = static_cast<int>(std::round((binary - 1) * 0.301029995663981));
+  long double m = static_cast<long double>(v) / PowerOfTen(k);
+  if (m < 1) m = static_cast<long double>(v) / PowerOfTen(--k);
+  const auto digit = [&m] {
+    const int d = static_cast<int>(m);
+    m = (m - d) * 10;
+    return d;
+  };
+  const auto put = [&](int count) {
+    for (; count > 0; --count) out += static_cast<char>('0' + digit());
+  };
+  if (k < 0 && k >= -5) {
+    out += "00." + std::string(static_cast<size_t>(-k - 1), '0');
+    put(15);
+    k = 0;
+  } else if (k < 15) {
+    out += '0';
+    const int first = digit();
+    if (first != 0) out += static_cast<char>('0' + first);
+    int count = 0;
+    for (; k > 0; --k, ++count) put(1);
+    out += '.';
+    put(14 - count);
+  } else {
+    put(1);
+    out += '.';
+    put(14);
+  }
+  if (digit() >= 5) {
+    for (size_t i = out.size(); i-- > start;) {
+      if (out[i] < '0') continue;
+      if (out[i] < '9') {
+        ++out[i];
+        break;
+      }
+      out[i] = '0';
+    }
+  }
+  while (out.back() == '0') out.pop_back();
+  if (out.back() == '.') out.pop_back();
+  if (k != 0) out += 'e' + std::to_string(k);
+  if (out.size() > start + 1 && out[start] == '0' && std::isdigit(out[start + 1])) {
+    out.erase(start, 1);
+  }
+  return out;
+}
+
+double PlainNumber(const std::string& text) {
+  size_t i = text[0] == '-';
+  long double value = 0;
+  int exponent = 0;
+  for (; i < text.size() && std::isdigit(text[i]); ++i) value = value * 10 + (text[i] - '0');
+  if (i < text.size() && text[i] == '.') {
+    for (++i; i < text.size() && std::isdigit(text[i]); ++i, --exponent) {
+      value = value * 10 + (text[i] - '0');
+    }
+  }
+  if (i < text.size()) exponent += std::atoi(text.c_str() + i + 1);
+  if (text[0] == '-') value = -value;
+  return static_cast<double>(value * PowerOfTen(exponent));
+}
+
+void ExpectPlain(double v) {
+  const std::string text = Text(v);
+  ASSERT_EQ(text, PlainText(v)) << std::hexfloat << v;
+  ASSERT_EQ(Number(text), PlainNumber(text)) << text;
+  ASSERT_EQ(RoundTripDouble(v), PlainNumber(text)) << std::hexfloat << v;
+}
+
+TEST(ConvertDoubleToStringTest, FastDigitsAreThoseOfThePlainWay) {
+  std::mt19937_64 random(5);
+  double tenths = 0;
+  for (int i = 0; i < 300000; ++i) {
+    ExpectPlain(tenths);
+    tenths = RoundTripDouble(tenths + 0.1);
+    // Every magnitude from 1e-5 to 1e15, with all bits and with few.
+    const double scale = std::pow(2.0, static_cast<int>(random() % 67) - 17);
+    const double mantissa = 1 + static_cast<double>(random() >> 12) / 4503599627370496.0;
+    ExpectPlain(mantissa * scale);
+    ExpectPlain(-static_cast<double>(random() % 1000000) / 1000);
+    ExpectPlain(static_cast<double>(random() % 1000) / 3);
+    ExpectPlain(std::nextafter(std::pow(10.0, static_cast<int>(random() % 20) - 5),
+                               random() % 2 ? 0 : 1e20));
+  }
+}
+
+TEST(ConvertDoubleToStringTest, TiesAndCarriesOfTheFastDigits) {
+  for (int power = -5; power < 16; ++power) {
+    const double at = std::pow(10.0, power);
+    double below = at, above = at;
+    for (int i = 0; i < 200; ++i) {
+      ExpectPlain(below);
+      ExpectPlain(above);
+      ExpectPlain(at * 5 + at * i * 1e-15);
+      below = std::nextafter(below, 0.0);
+      above = std::nextafter(above, 1e20);
+    }
   }
 }
 
