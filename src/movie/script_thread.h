@@ -128,7 +128,10 @@ class ScriptThread : public SParser {
   // or a budget is out.
   ScriptVariable* MakeVariable(TextView name);
   // The new value of `variable`, one of this timeline's.
-  void StoreVariable(ScriptVariable* variable, ScriptValue value);
+  void StoreVariable(ScriptVariable* variable, ScriptValue value) {
+    value.Own();
+    variable->value = std::move(value);
+  }
   void ClearVariables();
   // Changes whenever variables are freed, of any timeline: while it stands, a
   // pointer that FindVariable gave is good, and a name means the same variable.

@@ -119,6 +119,13 @@ class ScriptValue {
   // The text closed by a NUL, valid as long as the value is unchanged; the
   // empty text without memory.
   const char* Text();
+  bool OwnsText() const { return m_kind == Kind::kText; }
+  // The same as an assignment, quicker: neither value owns a text.
+  void AssignUnowned(const ScriptValue& other) {
+    m_kind = other.m_kind;
+    m_length = other.m_length;
+    m_at = other.m_at;
+  }
   // Makes it none.
   void Clear() {
     if (m_kind == Kind::kText) m_at.block->Release();

@@ -110,11 +110,6 @@ ScriptVariable* ScriptThread::MakeVariable(TextView name) {
   return variable;
 }
 
-void ScriptThread::StoreVariable(ScriptVariable* variable, ScriptValue value) {
-  value.Own();
-  variable->value = std::move(value);
-}
-
 void ScriptThread::SetVariable(TextView name, ScriptValue value) {
   if (ScriptVariable* variable = MakeVariable(name)) StoreVariable(variable, std::move(value));
 }

@@ -22,15 +22,16 @@ class ActionCache {
   // once, and the second looks at it closely.
   const ScriptValue* Constant(const uint8_t* at) const {
     const ConstantSlot& slot = m_constants[Place(at)];
-    return slot.at == at && slot.stamp == m_stamp && slot.known ? &slot.value : nullptr;
+    return slot.at == at && slot.known == m_stamp ? &slot.value : nullptr;
   }
   void NoteConstant(const uint8_t* at, const ScriptValue& constant) {
     ConstantSlot& slot = m_constants[Place(at)];
-    const bool again = slot.at == at && slot.stamp == m_stamp;
+    if (slot.at == at && slot.seen == m_stamp) {
+      slot.value = constant.AsConstant();
+      slot.known = m_stamp;
+    }
     slot.at = at;
-    slot.stamp = m_stamp;
-    slot.known = again;
-    if (again) slot.value = constant.AsConstant();
+    slot.seen = m_stamp;
   }
 
   // The variable that the borrowed `name` was found to mean for `thread`, or
@@ -55,9 +56,9 @@ class ActionCache {
 
   struct ConstantSlot {
     const uint8_t* at = nullptr;
-    uint64_t stamp = 0;
-    ScriptValue value;  // a number or a borrowed text
-    bool known = false;
+    uint64_t seen = 0;   // the stamp of the last push that asked in vain
+    uint64_t known = 0;  // the stamp for which `value` is good
+    ScriptValue value;   // a number or a borrowed text
   };
   struct VariableSlot {
     const char* name = nullptr;

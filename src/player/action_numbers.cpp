@@ -1,7 +1,5 @@
 // Actions on numbers and truth values. The value on top of the stack is the
 // right-hand operand.
-#include <cmath>
-
 #include "geometry/intmath.h"
 #include "player/action_run.h"
 #include "player/random.h"
@@ -10,18 +8,15 @@
 namespace vexel {
 
 void ActionAdd(ActionRun& run) {
-  const double a = run.stack.PopNumber();
-  run.stack.PushNumber(run.stack.PopNumber() + a);
+  run.stack.CombineNumbers([](double below, double top) { return below + top; });
 }
 
 void ActionSubtract(ActionRun& run) {
-  const double a = run.stack.PopNumber();
-  run.stack.PushNumber(run.stack.PopNumber() - a);
+  run.stack.CombineNumbers([](double below, double top) { return below - top; });
 }
 
 void ActionMultiply(ActionRun& run) {
-  const double a = run.stack.PopNumber();
-  run.stack.PushNumber(run.stack.PopNumber() * a);
+  run.stack.CombineNumbers([](double below, double top) { return below * top; });
 }
 
 void ActionDivide(ActionRun& run) {
@@ -31,13 +26,11 @@ void ActionDivide(ActionRun& run) {
 }
 
 void ActionEquals(ActionRun& run) {
-  const double a = run.stack.PopNumber();
-  run.stack.PushTruth(run.stack.PopNumber() == a);
+  run.stack.CombineNumbers([](double below, double top) { return below == top ? 1.0 : 0.0; });
 }
 
 void ActionLess(ActionRun& run) {
-  const double a = run.stack.PopNumber();
-  run.stack.PushTruth(run.stack.PopNumber() < a);
+  run.stack.CombineNumbers([](double below, double top) { return below < top ? 1.0 : 0.0; });
 }
 
 // Required: these two cut to integers first, so that a half is false to them,

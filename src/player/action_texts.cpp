@@ -35,7 +35,7 @@ void Push(ActionRun& run, const uint8_t* at, ScriptValue value) {
 void ActionPush(ActionRun& run) {
   const uint8_t* at = run.bytes + run.operands;
   if (const ScriptValue* constant = run.cache.Constant(at)) {
-    run.stack.Push(*constant);
+    run.stack.PushUnowned(*constant);
     return;
   }
   switch (run.Byte(0)) {

@@ -147,7 +147,11 @@ void ActionGetVariable(ActionRun& run) {
   ScriptValue* top = run.stack.Top();
   if (top && top->IsBorrowed()) {
     if (const ScriptVariable* variable = run.cache.Variable(top->BorrowedText(), thread)) {
-      *top = variable->value.IsNone() ? ScriptValue::Empty() : variable->value;
+      if (variable->value.IsNumber()) {
+        top->AssignUnowned(variable->value);
+      } else {
+        *top = variable->value.IsNone() ? ScriptValue::Empty() : variable->value;
+      }
       return;
     }
   }

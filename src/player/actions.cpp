@@ -112,15 +112,19 @@ void ActionRun::Trace(int32_t at, uint8_t code) {
 // that called the halted one runs one more action when it is resumed.
 template <bool kTraced>
 void ActionRun::RunBlock(int32_t at) {
+  const uint8_t* const block = bytes;
+  const uint32_t end = static_cast<uint32_t>(size);
   // Negative places lie outside as well.
-  while (static_cast<uint32_t>(at) < static_cast<uint32_t>(size)) {
-    const uint8_t code = bytes[at];
+  while (static_cast<uint32_t>(at) < end) {
+    const uint8_t code = block[at];
     if (code == kActionEnd) return;
     operands = at + 1;
-    next = operands;
     if (code >= kFirstActionWithLength) {
-      next = operands + 2 + Word(0);
+      const int32_t length = Word(0);
       operands += 2;
+      next = operands + length;
+    } else {
+      next = operands;
     }
     if constexpr (kTraced) Trace(at, code);
     if (skip == 0) [[likely]] {

@@ -26,6 +26,12 @@ class ScriptStack {
     if (value.IsBorrowed() && m_count < m_firstBorrowed) m_firstBorrowed = m_count;
     m_values[m_count++] = std::move(value);
   }
+  // The same for a value that owns no text.
+  void PushUnowned(const ScriptValue& value) {
+    if (m_count == m_capacity && !Grow()) return;
+    if (value.IsBorrowed() && m_count < m_firstBorrowed) m_firstBorrowed = m_count;
+    m_values[m_count++].AssignUnowned(value);
+  }
   void PushNumber(double v) { Push(ScriptValue::Number(v)); }
   void PushTruth(bool v) { Push(ScriptValue::Truth(v)); }
 
@@ -49,6 +55,20 @@ class ScriptStack {
   int32_t PopInteger();
   void Drop() {
     if (m_count > 0) m_values[--m_count].Clear();
+  }
+
+  // Replaces the two values on top, or as many as there are, by the number
+  // `combine(below, top)`.
+  template <class Combine>
+  void CombineNumbers(Combine combine) {
+    const double top = PopNumber();
+    if (m_count == 0) {
+      PushNumber(combine(0.0, top));
+      return;
+    }
+    ScriptValue& below = m_values[m_count - 1];
+    below = ScriptValue::Number(combine(below.ToNumber(), top));
+    if (below.IsNone()) --m_count;  // without memory
   }
 
   // Copies the borrowed texts: before the movie's bytes may go.
