@@ -1,7 +1,7 @@
 // model_agrees [FIRST COUNT [full]]
 // Plays random movies with the player and with the model and compares the
-// buffers byte by byte. Each movie is drawn in one pixel format at one quality,
-// whole and frame by frame; `full` takes all formats and both qualities.
+// buffers byte by byte, and what lies under random points. Each movie is drawn in one pixel format
+// at one quality, whole and frame by frame; `full` takes all formats and both qualities.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -27,6 +27,7 @@ const char* const kNames[] = {"pix1",   "pix2",  "pix4",  "pix8",  "pix16",
                               "pix16A", "pix24", "pix32", "pix32A"};
 
 int failures = 0;
+long hits = 0;
 
 bool Same(const vexel::CBitBuffer& a, const Buffer& b, const std::string& what) {
   if (a.rowBytes != b.rowBytes || a.width != b.width || a.height != b.height) {
@@ -64,6 +65,17 @@ bool Same(const vexel::CBitBuffer& a, const Buffer& b, const std::string& what) 
   return false;
 }
 
+// The depths down to the object, which name it in both trees.
+template <class T>
+std::string Chain(const T* object) {
+  if (!object) return "nothing";
+  std::string out;
+  for (; object->parent; object = object->parent) {
+    out.insert(0, '.' + std::to_string(object->depth));
+  }
+  return out;
+}
+
 struct Road {
   HeadlessPlayer player;
   Player model;
@@ -75,6 +87,27 @@ struct Road {
     model.Redraw();
   }
 };
+
+// Points all over the view and a little beyond.
+bool SameHits(Road& road, uint64_t seed, const std::string& what) {
+  uint64_t lot = seed;
+  for (int i = 0; i < 40; ++i) {
+    lot = lot * 6364136223846793005u + 1442695040888963407u;
+    const int x =
+        static_cast<int>((lot >> 40) % static_cast<uint64_t>(road.player.bits.width + 4)) - 2;
+    const int y =
+        static_cast<int>((lot >> 20) % static_cast<uint64_t>(road.player.bits.height + 4)) - 2;
+    const vexel::SPOINT pixel = {x, y};
+    const std::string is = Chain(road.player.display.HitTest(&pixel));
+    const std::string model = Chain(road.model.HitTest({x, y}));
+    hits += model != "nothing";
+    if (is == model) continue;
+    std::printf("%s: at %d, %d lies %s, model %s\n", what.c_str(), x, y, is.c_str(), model.c_str());
+    ++failures;
+    return false;
+  }
+  return true;
+}
 
 // Every fourth is one of those that the rest of the tests play, without what
 // the model does not draw.
@@ -141,10 +174,15 @@ void Compare(uint64_t seed, int format, bool high) {
     if (i > 0) {
       road.player.Step(1);
       road.model.Step();
+      // Bounds and edges are still those of the last picture.
+      if (!SameHits(road, seed + static_cast<uint64_t>(i), what + " stepped " + std::to_string(i)))
+        return;
     }
     road.player.Redraw();
     road.model.Redraw();
     if (!Same(road.player.bits, road.model.Bits(), what + " --all " + std::to_string(i))) return;
+    if (!SameHits(road, seed * 99 + static_cast<uint64_t>(i), what + " drawn " + std::to_string(i)))
+      return;
   }
 }
 
@@ -166,6 +204,6 @@ int main(int argc, char** argv) {
     }
     std::fflush(stdout);
   }
-  std::printf("%d differences\n", failures);
+  std::printf("%d differences, %ld points hit something\n", failures, hits);
   return failures == 0 ? 0 : 1;
 }

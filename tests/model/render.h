@@ -23,6 +23,7 @@ class Player {
   void Step();            // every timeline, once
   void DoPlay(u32 time);  // the run loop, from its first call on
   void Redraw() { stage.Update(); }
+  Object* HitTest(Point pixel) { return stage.HitTest(pixel); }
   const Buffer& Bits() const { return bits; }
   const std::vector<Rect>& Painted() const { return stage.painted; }
 

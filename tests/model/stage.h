@@ -46,6 +46,9 @@ struct Object {
   void BuildText(const STransform& t);
   void Draw(Raster& raster, STransform t, const RColor* clipper);
   Object* DrawClipBracket(Raster& raster, const STransform& t, const RColor* clipper);
+  bool HitTestOne(const STransform& t, Point p);
+  void HitTest(Object*& found, STransform t, Point p);
+  Object* HitClipper(STransform t, Point p);
   int Nesting() const;
 };
 
@@ -77,6 +80,7 @@ struct Stage {
   void FinishHold();
   void SetBackgroundColor(Srgb c, int priority);
   void StepThreads();
+  Object* HitTest(Point pixel);  // the topmost object under it, or null
 
   void InvalidateRect(Rect r);
   void CalcUpdate();
