@@ -2,6 +2,7 @@
 // go in between, pieces move from block to block, operands change.
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <random>
 
 #include "action_blocks.h"
@@ -14,7 +15,11 @@ namespace {
 
 using namespace vexel::fuzz;
 using vexel::author::ActionView;
-using vexel::author::ReadAction;
+
+std::optional<ActionView> ActionAt(const Block& block, size_t at) {
+  if (at >= block.size()) return std::nullopt;
+  return vexel::author::ReadAction(block, at);
+}
 
 class Mutation {
  public:
@@ -72,7 +77,7 @@ class Mutation {
   static std::vector<size_t> Starts(const Block& block) {
     std::vector<size_t> starts;
     size_t at = 0;
-    while (const auto action = ReadAction(block, at)) {
+    while (const auto action = ActionAt(block, at)) {
       starts.push_back(at);
       at = action->end;
     }
@@ -95,7 +100,7 @@ class Mutation {
 
   void JumpSomewhere(Block* block, const std::vector<size_t>& starts) {
     for (const size_t at : starts) {
-      const auto action = ReadAction(*block, at);
+      const auto action = ActionAt(*block, at);
       if (!action || !action->info || action->operands.size() < 2 ||
           action->info->operands != vexel::ActionOperands::kOffset || Lot(2) == 0) {
         continue;
@@ -110,7 +115,7 @@ class Mutation {
 
   // One action's bytes, or all from there on.
   void Bytes(Block* block, size_t at) {
-    const auto action = ReadAction(*block, at);
+    const auto action = ActionAt(*block, at);
     const size_t end = action && Lot(4) != 0 ? action->end : block->size();
     Block piece(block->begin() + static_cast<std::ptrdiff_t>(at),
                 block->begin() + static_cast<std::ptrdiff_t>(end));

@@ -97,8 +97,14 @@ void FuzzActions(const uint8_t* data, size_t size) {
   draw();
   player.PlayTo(100);
   draw();
+  const SPOINT on = {35, 25}, off = {2, 46};
+  player.MouseMove(&on, false);
+  player.MouseDown(&on);
   player.PlayTo(200);
   draw();
+  player.MouseUp(&on);
+  player.MouseMove(&off, false);
+  player.HandleKeyDown('k', 0);
   player.PlayTo(500);
   player.GotoFrame(0);
   draw();
