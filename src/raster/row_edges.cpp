@@ -130,19 +130,29 @@ void RowEdges::StepEdge(int32_t i, int32_t y, RowEvent* event) {
     e->xl = static_cast<int32_t>(static_cast<uint32_t>(e->xl) + 4 * step);
     return;
   }
-  Edge s = *e;
+  int32_t xl = e->xl;
+  int32_t yl = e->yl;
+  int32_t xStep = e->xStep;
+  int32_t yStep = e->yStep;
+  int32_t t = e->t;
+  const int32_t xStepStep = e->xStepStep;
+  const int32_t yStepStep = e->yStepStep;
   for (int32_t l = 0; l < kLanes; l++) {
     const int32_t target = WrapShl(y + l, 16);
-    while (s.yl < target && s.t >= 0) {
-      s.yl = WrapAdd(s.yl, Asr(s.yStep, 8));
-      s.yStep = WrapAdd(s.yStep, s.yStepStep);
-      s.xl = WrapAdd(s.xl, Asr(s.xStep, 8));
-      s.xStep = WrapAdd(s.xStep, s.xStepStep);
-      s.t--;
+    while (yl < target && t >= 0) {
+      yl = WrapAdd(yl, Asr(yStep, 8));
+      yStep = WrapAdd(yStep, yStepStep);
+      xl = WrapAdd(xl, Asr(xStep, 8));
+      xStep = WrapAdd(xStep, xStepStep);
+      t--;
     }
-    event->x[l] = Round16(s.xl);
+    event->x[l] = Round16(xl);
   }
-  *e = s;
+  e->xl = xl;
+  e->yl = yl;
+  e->xStep = xStep;
+  e->yStep = yStep;
+  e->t = t;
 }
 
 // Collects the edges that start in the row, lane by lane.
@@ -210,6 +220,15 @@ void RowEdges::Insert(const RowEvent& e) {
   if ((last.mask & e.mask) == e.mask && (TrueLanes(last.x > e.x) & e.mask) == 0) {
     events_[nEvents_++] = e;
     return;
+  }
+  // Mostly it carries on the outline of the event before, which ends in the row.
+  if (nEvents_ > 1 && (last.mask & e.mask) == 0) {
+    const RowEvent& p = events_[nEvents_ - 2];
+    if ((p.mask & e.mask) == e.mask && (TrueLanes(p.x > e.x) & e.mask) == 0) {
+      steps_ -= 2;
+      Place(e, e.mask, nEvents_ - 1);
+      return;
+    }
   }
   // `moving` lanes still look for their predecessor; `settled` ones have found
   // it and may stand anywhere from `place` on.

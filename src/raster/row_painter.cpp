@@ -43,7 +43,7 @@ RowPainter::~RowPainter() {
 }
 
 // Lanes of the mask in which nothing above the colour hides it.
-LaneMask RowPainter::Uncovered(int32_t i, LaneMask mask) const {
+inline LaneMask RowPainter::Uncovered(int32_t i, LaneMask mask) const {
   return mask & ~TrueLanes(cover_ > SplatLanes(i));
 }
 
@@ -51,11 +51,17 @@ void RowPainter::Switch(int32_t i, LaneMask add, LaneMask remove) {
   if (add != 0) on_.Set(i, add);
   if (remove != 0) on_.Clear(i, remove);
   if (!sources_[i].hides) return;
-  if (add != 0) cover_ = Select(LanesOf(add), MaxLanes(cover_, SplatLanes(i)), cover_);
-  LaneMask bare = remove != 0 ? TrueLanes(cover_ == SplatLanes(i)) & remove : 0;
+  const Lanes self = SplatLanes(i);
+  if (add != 0) cover_ = Select(LanesOf(add) & (self > cover_), self, cover_);
+  if (remove == 0) return;
+  LaneMask bare = TrueLanes(cover_ == self) & remove;
   for (int32_t next = i; bare != 0;) {
     next = on_.Below(next, bare);
     const LaneMask lanes = next < 0 ? bare : sources_[next].hides ? on_.Get(next) & bare : 0;
+    if (lanes == kAllLanes) {
+      cover_ = SplatLanes(next);
+      return;
+    }
     cover_ = Select(LanesOf(lanes), SplatLanes(next), cover_);
     bare &= ~lanes;
   }
@@ -124,10 +130,21 @@ LaneMask RowPainter::ShownLanes(int32_t clip) const {
 // Shows the spans of those lanes of the mask that have the same colours on as
 // its first lane. Returns these lanes.
 LaneMask RowPainter::ShowSpans(LaneMask mask, Lanes x1, Lanes x2) {
+  int32_t i = on_.Top(mask);
+  if (i < 0) return mask;
+  // Mostly it is one colour that hides all the rest.
+  const Source& top = sources_[i];
+  if (top.isSolid && !top.transparent && top.clip == kUnclipped) {
+    const LaneMask here = on_.Get(i) & mask;
+    if ((here & mask & (0u - mask)) != 0) {
+      ShowSolid(top.rgb, true, here, x1, x2);
+      return here;
+    }
+  }
   int32_t stack[kMaxStack];
   int32_t n = 0;
   bool crowded = false;
-  for (int32_t i = on_.Top(mask); i >= 0; i = on_.Below(i, mask)) {
+  for (; i >= 0; i = on_.Below(i, mask)) {
     const Source& s = sources_[i];
     if (s.isClip) continue;
     LaneMask here = on_.Get(i) & mask;
