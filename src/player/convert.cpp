@@ -197,17 +197,57 @@ char* WriteFast(double v, char* at) {
   return at;
 }
 
+// Eight bytes of a text at once: texts of a megabyte are read as numbers again
+// and again by a script that means harm.
+uint64_t Word(const char* at) {
+  uint64_t word;
+  memcpy(&word, at, sizeof word);
+  return word;
+}
+
+constexpr uint64_t kEightZeros = 0x3030303030303030;
+
+const char* SkipZeros(const char* at, const char* end) {
+  while (end - at >= 8 && Word(at) == kEightZeros) at += 8;
+  while (at != end && *at == '0') ++at;
+  return at;
+}
+
+const char* SkipDigits(const char* at, const char* end) {
+  constexpr uint64_t kHighHalves = 0xF0F0F0F0F0F0F0F0;
+  constexpr uint64_t kSixes = 0x0606060606060606;  // carry a half above 9 into the next
+  while (end - at >= 8) {
+    const uint64_t word = Word(at);
+    if ((word & kHighHalves) != kEightZeros) break;
+    if (((word + kSixes) & kHighHalves) != kEightZeros) break;
+    at += 8;
+  }
+  while (at != end && IsDigit(*at)) ++at;
+  return at;
+}
+
 bool ReadInteger(const char* at, const char* end, int32_t* out) {
+  // Ten to the 32nd is a multiple of two to the 32nd: what stands before the
+  // last 32 digits is lost by wrapping.
+  constexpr int32_t kDigitsThatCount = 32;
   const bool negative = at != end && *at == '-';
   if (at != end && (*at == '-' || *at == '+')) ++at;
-  if (at == end) return false;
+  if (at == end || SkipDigits(at, end) != end) return false;
+  if (end - at > kDigitsThatCount) at = end - kDigitsThatCount;
   uint32_t value = 0;
-  for (; at != end; ++at) {
-    if (!IsDigit(*at)) return false;
-    value = value * 10 + static_cast<uint32_t>(*at - '0');
-  }
+  for (; at != end; ++at) value = value * 10 + static_cast<uint32_t>(*at - '0');
   *out = static_cast<int32_t>(negative ? 0u - value : value);
   return true;
+}
+
+// Adds the digits at `at` to `*value`; returns what follows them.
+const char* AddDigits(const char* at, const char* end, Wide* value) {
+  if (*value == 0) at = SkipZeros(at, end);
+  for (; at != end && IsDigit(*at); ++at) {
+    if (std::isinf(*value)) return SkipDigits(at, end);
+    *value = *value * 10 + static_cast<Wide>(*at - '0');
+  }
+  return at;
 }
 
 // Digits with a point among them or none, as many as an integer holds. False
@@ -243,12 +283,11 @@ bool ReadDouble(const char* at, const char* end, double* out) {
   if (ReadShort(at, end, negative, out)) return true;
   Wide value = 0;
   uint32_t exponent = 0;  // wraps, as the integer behind an "e" does
-  for (; at != end && IsDigit(*at); ++at) value = value * 10 + static_cast<Wide>(*at - '0');
+  at = AddDigits(at, end, &value);
   if (at != end && *at == '.') {
-    for (++at; at != end && IsDigit(*at); ++at) {
-      value = value * 10 + static_cast<Wide>(*at - '0');
-      --exponent;
-    }
+    const char* const fraction = at + 1;
+    at = AddDigits(fraction, end, &value);
+    exponent -= static_cast<uint32_t>(at - fraction);
   }
   if (at != end && (*at == 'e' || *at == 'E')) {
     int32_t shift;

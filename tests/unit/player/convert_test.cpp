@@ -98,6 +98,41 @@ TEST(ConvertStringToDoubleTest, EndsAtTheLargestMagnitudesOfTheExponent) {
   EXPECT_TRUE(std::isinf(Number("1" + std::string(100000, '0'))));
 }
 
+TEST(ConvertStringToDoubleTest, ReadsTextsOfAMegabyteQuickly) {
+  const std::string zeros(1 << 20, '0');
+  const std::string nines(1 << 20, '9');
+  for (int i = 0; i < 200; ++i) {
+    EXPECT_EQ(Number(zeros + "7"), 7);
+    EXPECT_TRUE(std::isinf(Number(nines)));
+    int32_t n;
+    EXPECT_TRUE(ConvertStringToInteger(nines.c_str(), &n));
+    EXPECT_EQ(n, -1);
+  }
+  EXPECT_EQ(Number("0." + zeros + "e3"), 0);
+  EXPECT_FALSE(IsNumber((nines + "x").c_str()));
+  EXPECT_FALSE(IsNumber((nines + ":999").c_str()));
+  EXPECT_FALSE(IsNumber((nines + "/99999999").c_str()));
+  EXPECT_EQ(Number("1." + std::string(40, '0') + "5"), 1);
+}
+
+TEST(ConvertStringToIntegerTest, LongOnesWrapDigitByDigit) {
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 20000; ++i) {
+    std::string text;
+    uint32_t expected = 0;
+    for (uint64_t length = 1 + random() % 60; length > 0; --length) {
+      const uint32_t digit = static_cast<uint32_t>(random() % 10);
+      text += static_cast<char>('0' + digit);
+      expected = expected * 10 + digit;
+    }
+    int32_t n;
+    ASSERT_TRUE(ConvertStringToInteger(text.c_str(), &n));
+    ASSERT_EQ(static_cast<uint32_t>(n), expected) << text;
+    text.insert(random() % (text.size() + 1), 1, "/:. "[random() % 4]);
+    ASSERT_FALSE(ConvertStringToInteger(text.c_str(), &n)) << text;
+  }
+}
+
 TEST(PowerOfTenTest, IsTheNearestDoubleAndTakesTheLowestInteger) {
   EXPECT_EQ(PowerOfTen(0), 1);
   EXPECT_EQ(PowerOfTen(22), 1e22);
