@@ -18,6 +18,7 @@ int Run(int argc, char** argv) {
   AddCheckVerb(&app);
   AddRenderVerb(&app);
   AddImportVerb(&app);
+  AddDumpVerb(&app);
   AddMakeVerb(&app);
   AddWatchVerb(&app);
   AddRunVerb(&app);

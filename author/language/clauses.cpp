@@ -141,6 +141,20 @@ int32_t Fixed(double value, double unit) {
 
 }  // namespace
 
+Matrix MatrixOf(double sx, double sy, double turn, double skewX, double skewY, double unit) {
+  // Without an angle nothing is left to the sine.
+  if (turn == 0 && skewX == 0 && skewY == 0) return {Fixed(sx, unit), 0, 0, Fixed(sy, unit), 0, 0};
+  // The two axes turn by angles of their own.
+  const double alongX = std::fmod(turn + skewY, 360) * std::numbers::pi / 180;
+  const double alongY = std::fmod(turn - skewX, 360) * std::numbers::pi / 180;
+  return {Fixed(sx * std::cos(alongX), unit),
+          Fixed(sx * std::sin(alongX), unit),
+          Fixed(-sy * std::sin(alongY), unit),
+          Fixed(sy * std::cos(alongY), unit),
+          0,
+          0};
+}
+
 bool ParseHex(std::string_view text, std::string* bytes) {
   bytes->clear();
   bytes->reserve(text.size() / 2);
@@ -220,21 +234,10 @@ Matrix Clauses::ToMatrix(double unit) const {
       sx = Real(Field::kScale, 0);
       sy = CountOf(Field::kScale) == 2 ? Real(Field::kScale, 1) : sx;
     }
-    if (!Has(Field::kRotate) && !Has(Field::kSkew)) {
-      matrix.a = Fixed(sx, unit);
-      matrix.d = Fixed(sy, unit);
-    } else {
-      // The two axes turn by angles of their own.
-      const double turn = Has(Field::kRotate) ? std::fmod(Real(Field::kRotate), 360) : 0;
-      const double skewX = Has(Field::kSkew) ? Real(Field::kSkew, 0) : 0;
-      const double skewY = Has(Field::kSkew) ? Real(Field::kSkew, 1) : 0;
-      const double alongX = (turn + skewY) * std::numbers::pi / 180;
-      const double alongY = (turn - skewX) * std::numbers::pi / 180;
-      matrix.a = Fixed(sx * std::cos(alongX), unit);
-      matrix.b = Fixed(sx * std::sin(alongX), unit);
-      matrix.c = Fixed(-sy * std::sin(alongY), unit);
-      matrix.d = Fixed(sy * std::cos(alongY), unit);
-    }
+    const double turn = Has(Field::kRotate) ? Real(Field::kRotate) : 0;
+    const double skewX = Has(Field::kSkew) ? Real(Field::kSkew, 0) : 0;
+    const double skewY = Has(Field::kSkew) ? Real(Field::kSkew, 1) : 0;
+    matrix = MatrixOf(sx, sy, turn, skewX, skewY, unit);
   }
   if (Has(Field::kAt)) {
     matrix.tx = static_cast<int32_t>(Stored(Field::kAt, 0));

@@ -57,7 +57,7 @@ class Clauses {
   bool HasMatrix() const;
   // From at, scale, rotate, skew or matrix. `unit` is what a factor of 1 is
   // stored as: 65536, and 20 times that where pixels are placed among
-  // twentieths. `lengthUnit` is what a pixel of `at` is stored as.
+  // twentieths.
   Matrix ToMatrix(double unit = kOne) const;
   MatrixForm ToMatrixForm() const;
 
@@ -70,6 +70,9 @@ class Clauses {
  private:
   std::map<Field, Clause> clauses_;
 };
+
+// Scales, skews and turns (degrees); `unit` is what 1 is stored as.
+Matrix MatrixOf(double sx, double sy, double turn, double skewX, double skewY, double unit);
 
 // Bytes from hexadecimal digits and blanks; false for anything else.
 bool ParseHex(std::string_view text, std::string* bytes);

@@ -436,6 +436,10 @@ const Value* Evaluator::Find(const std::string& name) const {
   return nullptr;
 }
 
+double Evaluator::Used() const {
+  return std::max(double(work_) / kMaxWork, double(tokens_) / kMaxTokens);
+}
+
 void Evaluator::Work(size_t steps) {
   work_ += std::min(steps, kMaxWork);
   if (work_ > kMaxWork) Fail("this text asks for too much work: it is stopped here");

@@ -89,6 +89,10 @@ class Evaluator {
 
   // Counts work; throws when there has been too much.
   void Work(size_t steps);
+  // Tokens of the sources, for Used.
+  void Count(size_t tokens) { tokens_ += tokens; }
+  // How much of all that is allowed was used: 1 is all.
+  double Used() const;
 
  private:
   friend class ExpressionParser;
@@ -96,6 +100,7 @@ class Evaluator {
   std::vector<std::map<std::string, Value>> scopes_{1};
   std::function<int32_t(const std::string&)> other_;
   size_t work_ = 0;
+  size_t tokens_ = 0;
   uint32_t random_ = 1;
 };
 

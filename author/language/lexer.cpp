@@ -12,8 +12,6 @@ namespace {
 
 // Blocks in blocks; each level costs the reader of the tokens stack.
 constexpr size_t kMaxDepth = 100;
-// A source of more tokens takes more memory than a movie is worth.
-constexpr size_t kMaxTokens = 8'000'000;
 
 class Lexer {
  public:

@@ -13,6 +13,9 @@
 
 namespace vexel::author {
 
+// A source of more tokens takes more memory than a movie is worth.
+inline constexpr size_t kMaxTokens = 8'000'000;
+
 enum class TokenKind : uint8_t {
   kEnd,     // behind the last
   kWord,    // a letter or _, then letters, digits and _

@@ -159,7 +159,7 @@ void Maker::Art() {
         (warning.count == 1 ? "" : " (" + std::to_string(warning.count) + " times)"));
   }
   TagStream definitions, stage;
-  highestId_ = WriteSceneSprite(scene, highestId_ + 1, &definitions, &stage) - 1;
+  characters_.Use(WriteSceneSprite(scene, characters_.highest() + 1, &definitions, &stage) - 1u);
   stage.FrameEnd().End();
   CountOutput(definitions.bytes().size());
   Tags().Raw(definitions.bytes());

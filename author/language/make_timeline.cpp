@@ -90,6 +90,11 @@ Bytes Maker::Header(const Bytes& tags, int frames) const {
   HeaderForm form;
   form.frameCount = frames;
   if (header_) {
+    if (header_->Has(Field::kBytes)) {
+      Bytes whole = header_->BytesOf(Field::kBytes);
+      whole.insert(whole.end(), tags.begin(), tags.end());
+      return whole;
+    }
     if (header_->Has(Field::kSize)) {
       bounds = {0, static_cast<int32_t>(header_->Stored(Field::kSize, 0)), 0,
                 static_cast<int32_t>(header_->Stored(Field::kSize, 1))};

@@ -20,8 +20,6 @@ constexpr int kMaxRunDepth = 200;
 constexpr size_t kMaxIncludes = 32;
 // All texts of a movie together.
 constexpr size_t kMaxSourceBytes = size_t{1} << 30;
-// Ids from here on are the player's own.
-constexpr uint32_t kFirstOwnId = 65532;
 
 }  // namespace
 
@@ -324,9 +322,37 @@ void Maker::Include() {
   in_.MoveTo(behind);
 }
 
+Bytes Maker::Feed(const std::string& text) {
+  const SourceUnit unit("", text);
+  in_.MoveTo({&unit, 0});
+  in_.Count(unit.tokens.size());
+  timelines_.push_back(std::make_unique<Timeline>());
+  const size_t scopes = in_.ScopeCount();
+  const auto close = [&] {
+    std::unique_ptr<Timeline> line = std::move(timelines_.back());
+    timelines_.pop_back();
+    in_.CutScopes(scopes);
+    shape_ = nullptr;
+    morph_ = nullptr;
+    button_ = nullptr;
+    colors_ = nullptr;
+    font_ = nullptr;
+    text_ = nullptr;
+    depth_ = 0;
+    in_.MoveTo({});
+    return line;
+  };
+  try {
+    while (in_.Peek().kind != TokenKind::kEnd) RunStatement(kInTimeline);
+  } catch (...) {
+    close();
+    throw;
+  }
+  return close()->cells[0].tags.bytes();
+}
+
 int32_t Maker::FindCharacter(const std::string& name) const {
-  const auto found = ids_.find(name);
-  return found == ids_.end() ? -1 : found->second;
+  return characters_.Find(name);
 }
 
 // A character by its name or by a number.
@@ -335,7 +361,7 @@ uint16_t Maker::CharacterRef(const char* what) {
     const int32_t id = FindCharacter(in_.Peek().text);
     if (id < 0) {
       Nearest nearest(in_.Peek().text);
-      for (const auto& known : ids_) nearest.Offer(known.first);
+      for (const auto& known : characters_.all()) nearest.Offer(known.first);
       in_.Fail("no character is called '" + in_.Peek().text + "'" + nearest.Hint());
     }
     in_.Take();
@@ -344,36 +370,28 @@ uint16_t Maker::CharacterRef(const char* what) {
   return static_cast<uint16_t>(in_.Whole(what, 0, 65535));
 }
 
-uint16_t Maker::NewId() {
-  if (highestId_ + 1 >= kFirstOwnId) in_.Fail("more than 65531 characters");
-  return static_cast<uint16_t>(++highestId_);
-}
-
 // The head of a definition: a name, with an id of its own if it likes, or an
 // id alone, which nothing is asked of.
 uint16_t Maker::NewCharacter() {
   if (in_.Peek().kind != TokenKind::kWord) {
     const auto id = static_cast<uint16_t>(in_.Whole("an id", 0, 65535));
-    highestId_ = std::max<uint32_t>(highestId_, id);
+    characters_.Use(id);
     return id;
   }
   const Token& name = in_.NeedName("a character");
-  if (ids_.count(name.text))
+  if (characters_.Find(name.text) >= 0)
     throw SourceError(in_.PlaceOf(name), "there is a character called '" + name.text + "' already");
-  uint32_t id;
+  uint16_t id = characters_.Next();
   if (in_.TakeSign("=")) {
     const SourcePlace place = in_.Place();
-    id = static_cast<uint32_t>(in_.Whole("an id", 0, 65535));
-    const auto taken = named_.find(static_cast<uint16_t>(id));
-    if (taken != named_.end())
-      throw SourceError(place, "'" + taken->second + "' has this id already");
-    highestId_ = std::max(highestId_, id);
-  } else {
-    id = NewId();
+    id = static_cast<uint16_t>(in_.Whole("an id", 0, 65535));
+    if (const std::string* taken = characters_.NameOf(id))
+      throw SourceError(place, "'" + *taken + "' has this id already");
+  } else if (id == 0) {
+    in_.Fail("more than 65531 characters");
   }
-  ids_[name.text] = static_cast<uint16_t>(id);
-  named_[static_cast<uint16_t>(id)] = name.text;
-  return static_cast<uint16_t>(id);
+  characters_.Define(name.text, id);
+  return id;
 }
 
 }  // namespace vexel::author

@@ -12,6 +12,7 @@
 
 #include "author/language/clauses.h"
 #include "author/language/make.h"
+#include "author/language/names.h"
 #include "author/vector_path.h"
 #include "author/writer.h"
 
@@ -78,11 +79,13 @@ class Maker : private CharacterNames {
   // Runs a whole text as the movie, and hands the movie over.
   MadeMovie Make(const std::string& name, std::string text);
 
-  // For texts that come in pieces: each piece is whole statements. What a piece
-  // wrote to the open timeline is in LastTags; when it threw, nothing was
-  // written and no name was kept.
+  // For the dumper, which tries what it prints: the tags of whole statements.
+  // Throws SourceError; characters that were defined on the way stay defined.
   Bytes Feed(const std::string& text);
-  void TakeBack(const std::string& text);  // of the last piece, names and all
+  CharacterBook& characters() { return characters_; }
+  const CharacterBook& characters() const { return characters_; }
+  // Tokens read and work done, of what Make allows for a text.
+  double Used() const { return in_.Used(); }
 
  private:
   using Handler = void (Maker::*)();
@@ -142,7 +145,6 @@ class Maker : private CharacterNames {
   int32_t FindCharacter(const std::string& name) const override;
   uint16_t CharacterRef(const char* what);
   uint16_t NewCharacter();
-  uint16_t NewId();
 
   // Outlines (make_shape.cpp).
   void Shape();
@@ -238,9 +240,7 @@ class Maker : private CharacterNames {
   size_t output_ = 0;
   size_t sourceBytes_ = 0;
 
-  std::map<std::string, uint16_t> ids_;
-  std::map<uint16_t, std::string> named_;
-  uint32_t highestId_ = 0;
+  CharacterBook characters_;
   std::map<std::string, PaintDef> paints_;
   std::map<std::string, PenDef> pens_;
 

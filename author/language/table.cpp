@@ -44,8 +44,8 @@ constexpr StatementInfo kStatements[] = {
      "Goes on with another text, found beside this one.", "include \"palette.vxt\""},
 
     // Timelines.
-    {"movie", kInMovie, "", "size bounds rate version frames length background packed", nullptr, "",
-     "The header. Left out: 550, 400 pixels, 12 frames a second.",
+    {"movie", kInMovie, "", "size bounds rate version frames length background bytes packed", nullptr, "",
+     "The header. Left out: 550, 400 pixels, 12 frames a second. With bytes it is these, whatever they say.",
      "movie size 320, 240 rate 24 background #ffffff"},
     {"frame", kTimelines, "[\"LABEL\"]", "", "what happens in the frame; may be left out", "1, 43",
      "Ends a frame, which holds what the block does and what came before it. With a text the "

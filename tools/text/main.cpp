@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "author/importers.h"
+#include "author/language/dump.h"
 #include "author/language/make.h"
 #include "author/language/reference.h"
 #include "out_file.h"
@@ -61,6 +62,18 @@ void Make(const std::string& path, const std::string& out, author::MovieFiles& f
   WriteWholeFile(out, movie.bytes.data(), movie.bytes.size());
 }
 
+void Dump(const std::string& path) {
+  const std::vector<uint8_t> bytes = ReadWhole(path);
+  const std::string text = author::DumpMovie(bytes);
+  if (text.empty()) {
+    throw Failure(kFailed, path,
+                  bytes.size() < 8 ? "is no movie: " + std::to_string(bytes.size()) +
+                                         " bytes, where the header takes 8"
+                                   : "is no movie: it does not begin with VXF");
+  }
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
 }  // namespace
 
 }  // namespace vexel::tools
@@ -75,6 +88,8 @@ int main(int argc, char** argv) {
     } else if (argc >= 5 && std::strcmp(argv[1], "make-listed") == 0) {
       ListedFiles files(argv[2], {argv + 5, argv + argc});
       Make(argv[3], argv[4], files);
+    } else if (argc == 3 && std::strcmp(argv[1], "dump") == 0) {
+      Dump(argv[2]);
     } else if (argc == 2 && std::strcmp(argv[1], "reference") == 0) {
       const std::string text = author::LanguageReference();
       std::fwrite(text.data(), 1, text.size(), stdout);
@@ -90,6 +105,10 @@ int main(int argc, char** argv) {
     return kFailed;
   } catch (const std::bad_alloc&) {
     Warn("memory", "not enough");
+    return kFailed;
+  }
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    Warn("standard output", "cannot be written: " + SystemError());
     return kFailed;
   }
   return kDone;
