@@ -173,10 +173,25 @@ bool ParseHex(std::string_view text, std::string* bytes) {
   return high < 0;
 }
 
-void Clauses::Read(Evaluator& in, const StatementInfo& statement, const CharacterNames& names) {
+namespace {
+
+// Some words are fields and begin statements too: `font` of a text field, and a
+// font. Behind a statement's word stands a name that is still free, or `=`.
+bool BeginsStatement(const Evaluator& in, const FieldInfo& field, const CharacterNames& names,
+                     uint8_t place) {
+  if (field.kind == FieldKind::kColor || !FindStatement(field.word, place)) return false;
+  const Token& next = in.Peek(1);
+  if (next.kind == TokenKind::kSign) return next.text == "=";
+  return next.kind == TokenKind::kWord && !in.Find(next.text) && names.FindCharacter(next.text) < 0;
+}
+
+}  // namespace
+
+void Clauses::Read(Evaluator& in, const StatementInfo& statement, const CharacterNames& names,
+                   uint8_t place) {
   while (in.Peek().kind == TokenKind::kWord) {
     const FieldInfo* field = FindField(statement, in.Peek().text);
-    if (!field) return;
+    if (!field || BeginsStatement(in, *field, names, place)) return;
     Clause clause;
     clause.place = in.Place();
     in.Take();

@@ -32,9 +32,10 @@ class CharacterNames {
 
 class Clauses {
  public:
-  // Reads fields until a word is none of the statement's. A field given twice
-  // is a mistake.
-  void Read(Evaluator& in, const StatementInfo& statement, const CharacterNames& names);
+  // Reads fields until a word is none of the statement's, or begins another one
+  // at this place. A field given twice is a mistake.
+  void Read(Evaluator& in, const StatementInfo& statement, const CharacterNames& names,
+            uint8_t place);
 
   bool Has(Field field) const { return clauses_.count(field) != 0; }
   const Clause& Get(Field field) const { return clauses_.at(field); }

@@ -64,7 +64,7 @@ bool IsPlainLabel(const FramedTag& tag) {
 }
 
 std::string BytesStatement(std::span<const uint8_t> bytes) {
-  return StatementText("bytes").Word(HexText(bytes)).Take() + "\n";
+  return StatementText("raw").Word(HexText(bytes)).Take() + "\n";
 }
 
 }  // namespace

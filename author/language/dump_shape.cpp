@@ -130,7 +130,7 @@ std::string ShapePrinter::PaintFields(const FillStyle& fill) const {
   } else if (fill.type & 0x40) {
     if (fill.type != kFillBitmapTiled && fill.type != kFillBitmapClipped)
       text.Stored(Field::kType, {fill.type});
-    text.Character(Field::kPicture, reference(fill.bitmap));
+    text.Character(Field::kPicture, ReferenceTo(names_, fill.bitmap));
     if (fill.type == kFillBitmapClipped) text.Flag(Field::kClipped);
     text.AddMatrix(fill.matrix, fill.matrixForm, false, double(kOne) * kPixel);
   } else if (fill.type == kFillSolid) {
@@ -314,8 +314,7 @@ std::string Dumper::SayShape(const FramedTag& tag, RecordReader& in, Manner mann
   if (!found || !(usual == bounds)) statement.AddRect(Field::kBounds, bounds);
   statement.Part("bounds", boundsBits);
   AddTableParts(statement, styles);
-  ShapePrinter printer(kPixel, alpha, manner == Manner::kRecords);
-  printer.reference = [this](uint16_t bitmap) { return Reference(bitmap); };
+  ShapePrinter printer(maker_.characters(), kPixel, alpha, manner == Manner::kRecords);
   std::string block = printer.Tables(styles);
   block += printer.Records(&styles, records);
   return Finish(statement, tag, in, " {\n" + Indented(block) + "}");
@@ -329,8 +328,7 @@ std::string Dumper::SayMorph(const FramedTag& tag, RecordReader& in, Manner mann
   const uint32_t offset = in.U32();
   const size_t origin = in.at();
 
-  ShapePrinter printer(kPixel, true, manner == Manner::kRecords);
-  printer.reference = [this](uint16_t bitmap) { return Reference(bitmap); };
+  ShapePrinter printer(maker_.characters(), kPixel, true, manner == Manner::kRecords);
   std::string block;
   bool longFills, longLines;
   const uint32_t fills = ReadStyleCount(in, &longFills);

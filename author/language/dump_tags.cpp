@@ -31,9 +31,13 @@ std::string ActionBlock(const char* word, std::span<const uint8_t> block) {
 
 }  // namespace
 
-std::string Dumper::Reference(uint16_t id) const {
-  const std::string* name = maker_.characters().NameOf(id);
+std::string ReferenceTo(const CharacterBook& names, uint16_t id) {
+  const std::string* name = names.NameOf(id);
   return name ? *name : std::to_string(id);
+}
+
+std::string Dumper::Reference(uint16_t id) const {
+  return ReferenceTo(maker_.characters(), id);
 }
 
 // A name made of the kind and the id, if the id has none yet.
@@ -41,7 +45,7 @@ std::string Dumper::Head(const char* word, uint16_t id) const {
   const CharacterBook& characters = maker_.characters();
   const std::string name = word + std::to_string(id);
   if (characters.NameOf(id) || characters.Find(name) >= 0)
-    return std::string(word) + " " + std::to_string(id);
+    return std::string(word) + " = " + std::to_string(id);
   if (characters.Next() == id && id != 0) return std::string(word) + " " + name;
   return std::string(word) + " " + name + " = " + std::to_string(id);
 }
@@ -82,6 +86,8 @@ std::optional<std::string> Dumper::Say(const FramedTag& tag, Manner manner) {
       break;
     }
     case kTagBackgroundColor: {
+      // Behind the header a plain one is read as its field.
+      if (tag.whole.size() != 5) return {};
       const Color color = in.ReadColor(false);
       text = simple(StatementText("background " + ColorText(color)));
       break;

@@ -35,7 +35,7 @@ std::string Dumper::SayFont(const FramedTag& tag, RecordReader& in, Manner manne
   if (in.left() > 0) {
     const size_t origin = in.at();
     const size_t count = in.U16() / 2;
-    ShapePrinter printer(1, true, manner == Manner::kRecords);
+    ShapePrinter printer(maker_.characters(), 1, true, manner == Manner::kRecords);
     in.MoveTo(origin + count * 2);
     for (size_t i = 0; i < count && in.ok(); ++i) {
       Glyph glyph;
@@ -76,7 +76,7 @@ std::string Dumper::SayFont2(const FramedTag& tag, RecordReader& in, Manner mann
   } else {
     statement.Stored(Field::kFlags, {font.flags});
   }
-  ShapePrinter printer(1, true, manner == Manner::kRecords);
+  ShapePrinter printer(maker_.characters(), 1, true, manner == Manner::kRecords);
   std::string block;
   for (const Glyph& glyph : font.glyphs) block += GlyphText(printer, glyph, true, layout);
   return Finish(statement, tag, in, block.empty() ? "" : " {\n" + Indented(block) + "}");

@@ -84,10 +84,12 @@ class Dumper {
   std::string SayText(const FramedTag& tag, RecordReader& in);
   std::string SayEdit(const FramedTag& tag, RecordReader& in);
 
-  friend class ShapePrinter;
   NoFiles files_;
   Maker maker_;
 };
+
+// A character by its name, or by its id if it has none.
+std::string ReferenceTo(const CharacterBook& names, uint16_t id);
 
 // Lines of a block, two blanks further in.
 std::string Indented(const std::string& text);
@@ -95,11 +97,10 @@ std::string Indented(const std::string& text);
 // Records as statements of an outline.
 class ShapePrinter {
  public:
-  // `unit` is what a pixel of the text is stored as; `names` tells ids.
-  ShapePrinter(double unit, bool alpha, bool plain) : unit_(unit), alpha_(alpha), plain_(plain) {}
-
-  // Character references in paints are printed by this.
-  std::function<std::string(uint16_t)> reference;
+  // `unit` is what a pixel of the text is stored as; plain ones are single
+  // records throughout.
+  ShapePrinter(const CharacterBook& names, double unit, bool alpha, bool plain)
+      : names_(names), unit_(unit), alpha_(alpha), plain_(plain) {}
 
   std::string Tables(const StyleTables& styles) const;
   std::string Records(const StyleTables* first, const std::vector<ShapeRecord>& records);
@@ -114,6 +115,7 @@ class ShapePrinter {
   std::string PaintName(uint32_t index) const;
   std::string PenName(uint32_t index) const;
 
+  const CharacterBook& names_;
   double unit_;
   bool alpha_;
   bool plain_;

@@ -516,7 +516,7 @@ void Maker::Change() {
   Clauses clauses;
   const StatementInfo* const statement = statement_;
   for (;;) {
-    clauses.Read(in_, *statement, *this);
+    clauses.Read(in_, *statement, *this, place_);
     if (in_.TakeWord("fill0")) {
       record.fill0 = ResolveFill();
       record.flags |= kChangeFill0;

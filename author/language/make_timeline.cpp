@@ -322,8 +322,8 @@ void Maker::AnyTag() {
 void Maker::RawBytes() {
   const SourcePlace place = in_.Place();
   std::string bytes;
-  if (!ParseHex(in_.NeedText("bytes"), &bytes))
-    throw SourceError(place, "bytes takes pairs of hexadecimal digits");
+  if (!ParseHex(in_.NeedText("raw"), &bytes))
+    throw SourceError(place, "raw takes pairs of hexadecimal digits");
   CountOutput(bytes.size());
   Tags().Raw(Bytes(bytes.begin(), bytes.end()));
 }

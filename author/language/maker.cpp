@@ -48,7 +48,7 @@ const Maker::Row Maker::kRows[] = {
     {"end", kAnywhere, &Maker::EndTag},
     {"noend", kAnywhere, &Maker::NoEnd},
     {"tag", kAnywhere, &Maker::AnyTag},
-    {"bytes", kAnywhere, &Maker::RawBytes},
+    {"raw", kAnywhere, &Maker::RawBytes},
     {"shape", kAnywhere, &Maker::Shape},
     {"morph", kAnywhere, &Maker::Morph},
     {"picture", kAnywhere, &Maker::Picture},
@@ -185,7 +185,7 @@ void Maker::SkipBlock() {
 
 Clauses Maker::ReadClauses() {
   Clauses clauses;
-  clauses.Read(in_, *statement_, *this);
+  clauses.Read(in_, *statement_, *this, place_);
   return clauses;
 }
 
@@ -370,10 +370,10 @@ uint16_t Maker::CharacterRef(const char* what) {
   return static_cast<uint16_t>(in_.Whole(what, 0, 65535));
 }
 
-// The head of a definition: a name, with an id of its own if it likes, or an
-// id alone, which nothing is asked of.
+// The head of a definition: a name, with an id of its own if it likes, or = and
+// an id alone, of which nothing is asked.
 uint16_t Maker::NewCharacter() {
-  if (in_.Peek().kind != TokenKind::kWord) {
+  if (in_.TakeSign("=")) {
     const auto id = static_cast<uint16_t>(in_.Whole("an id", 0, 65535));
     characters_.Use(id);
     return id;

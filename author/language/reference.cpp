@@ -64,7 +64,7 @@ goes right, the y axis down.
 | `rgb(r, g, b)` `rgb(r, g, b, alpha)` `fade(colour, alpha)` | channels 0 to 255, alpha 0 to 1 |
 
 **Names of characters.** `shape star { ... }` defines a character called `star` and gives it
-the next free id; `shape star = 7 { ... }` gives it 7; `shape 7 { ... }` gives it 7 and no name.
+the next free id; `shape star = 7 { ... }` gives it 7; `shape = 7 { ... }` gives it 7 and no name.
 Where a character is wanted, a name or an id will do.
 
 **Depths.** `place star` lies above all that was placed before in its timeline. `as hero` is what
@@ -75,7 +75,7 @@ to a frame or makes it; `tween` ends a frame after each round. The end tag is ad
 
 **Tags of any kind.** `long` and `short` choose the length field of a tag, `extra` adds bytes behind
 its fields, `packed(...)` forces the widths of its bit fields, `tag 99 bytes "0102"` writes any tag
-with any body, `bytes "0102"` writes bytes that are no tag.
+with any body, `raw "0102"` writes bytes that are no tag.
 
 Widths in `packed`: of a matrix `scale` and `rotate` (0 or 1: whether they are there), `scalebits`,
 `rotatebits`, `movebits`; of a colour transform `colorflags`, `colorbits`; of rectangles `bounds`,

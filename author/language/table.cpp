@@ -88,8 +88,8 @@ constexpr StatementInfo kStatements[] = {
     {"noend", kTimelines, "", "", nullptr, "", "The timeline has no end tag.", "noend"},
     {"tag", kTimelines, "CODE", "bytes long short", nullptr, "any",
      "Any tag with any body.", "tag 777 bytes \"01 02 ff\""},
-    {"bytes", kTimelines, "\"HEX\"", "", nullptr, "",
-     "Bytes that are no tag.", "bytes \"40 00\""},
+    {"raw", kTimelines, "\"HEX\"", "", nullptr, "",
+     "Bytes that are no tag.", "raw \"40 00\""},
 
     // Characters.
     {"shape", kTimelines, "NAME [= ID]", "form bounds packed +tag", "paints, pens, selections and outlines",
