@@ -36,9 +36,10 @@ class LaneSet {
   }
 
   void Clear(int32_t i, LaneMask lanes) {
-    for (int32_t k = 0; k < nLevels_ && lanes != 0; k++, i >>= 4) {
+    for (int32_t k = 0; lanes != 0; i >>= 4) {
       uint64_t w = levels_[k][i >> 4] & ~(uint64_t{lanes} << ((i & 15) * 4));
       levels_[k][i >> 4] = w;
+      if (++k == nLevels_) return;
       w |= w >> 32;
       w |= w >> 16;
       w |= w >> 8;
