@@ -22,19 +22,6 @@ constexpr int kMaxDepth = 50;
 
 constexpr uint16_t kFirstSystemId = 65532;
 
-bool IsBitmap(int32_t code) {
-  switch (code) {
-    case kTagDefineBits:
-    case kTagDefineBitsLossless:
-    case kTagDefineBitsJPEG:
-    case kTagDefineBitsJPEGAlpha:
-    case kTagDefineBitsLosslessAlpha:
-      return true;
-    default:
-      return false;
-  }
-}
-
 bool IsDefinition(int32_t code) {
   switch (code) {
     case kTagDefineShape:
@@ -51,7 +38,7 @@ bool IsDefinition(int32_t code) {
     case kTagDefineSprite:
       return true;
     default:
-      return IsBitmap(code);
+      return IsBitmapTag(code);
   }
 }
 
@@ -62,6 +49,19 @@ const char* FindingKindName(FindingKind kind) {
                                            "wasteful"};
   static_assert(std::size(kNames) == kFindingKinds);
   return kNames[static_cast<size_t>(kind)];
+}
+
+bool IsBitmapTag(int32_t code) {
+  switch (code) {
+    case kTagDefineBits:
+    case kTagDefineBitsLossless:
+    case kTagDefineBitsJPEG:
+    case kTagDefineBitsJPEGAlpha:
+    case kTagDefineBitsLosslessAlpha:
+      return true;
+    default:
+      return false;
+  }
 }
 
 std::string Count(uint64_t count, const char* noun) {
@@ -215,7 +215,7 @@ void Checker::BehindEnd(size_t at, size_t end) {
 
 void Checker::OneTag(Tag tag, Timeline* timeline) {
   const size_t size = tag.body.size();
-  if (IsBitmap(tag.code)) {
+  if (IsBitmapTag(tag.code)) {
     if (!tag.isLong) Damaged(tag, "bitmaps need the long form of the header; players go astray");
   } else if (tag.isLong && size < kLongForm) {
     Add(FindingKind::kWasteful, tag,

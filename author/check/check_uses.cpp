@@ -8,12 +8,7 @@ namespace vexel::author {
 
 namespace {
 
-bool IsBitmapCode(int32_t code) {
-  return code == kTagDefineBits || code == kTagDefineBitsLossless || code == kTagDefineBitsJPEG ||
-         code == kTagDefineBitsJPEGAlpha || code == kTagDefineBitsLosslessAlpha;
-}
-
-bool IsFontCode(int32_t code) {
+bool IsFontTag(int32_t code) {
   return code == kTagDefineFont || code == kTagDefineFont2;
 }
 
@@ -36,16 +31,16 @@ void Checker::JudgeUses() {
       case UseKind::kPlace:
         if (use.owner == kRoot && character.firstAt > use.at) {
           damaged(name + " is placed before it is defined");
-        } else if (IsBitmapCode(character.code) || IsFontCode(character.code)) {
+        } else if (IsBitmapTag(character.code) || IsFontTag(character.code)) {
           damaged(name + " is placed and shows nothing: it is a " +
-                  (IsFontCode(character.code) ? "font" : "bitmap"));
+                  (IsFontTag(character.code) ? "font" : "bitmap"));
         }
         break;
       case UseKind::kFill:
-        if (!IsBitmapCode(character.code)) damaged(name + " fills a shape and is no bitmap");
+        if (!IsBitmapTag(character.code)) damaged(name + " fills a shape and is no bitmap");
         break;
       case UseKind::kFont:
-        if (!IsFontCode(character.code)) {
+        if (!IsFontTag(character.code)) {
           damaged(name + " is used as a font and is none");
         } else if (use.glyph >= character.glyphs && use.glyph >= 0) {
           damaged("glyph " + std::to_string(use.glyph) + " of font " + std::to_string(use.id) +
@@ -58,7 +53,7 @@ void Checker::JudgeUses() {
         }
         break;
       case UseKind::kFontInfo:
-        if (!IsFontCode(character.code)) damaged(name + " gets a font's name and is none");
+        if (!IsFontTag(character.code)) damaged(name + " gets a font's name and is none");
         break;
     }
   }

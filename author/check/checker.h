@@ -139,6 +139,8 @@ class Checker {
   int depth_ = 0;                                                   // of sprites in sprites
 };
 
+// Whether a tag of the code defines a bitmap.
+bool IsBitmapTag(int32_t code);
 // A count with its noun: "1 byte", "3 bytes".
 std::string Count(uint64_t count, const char* noun);
 std::string Lower(std::string_view text);
