@@ -182,7 +182,10 @@ bool BeginsStatement(const Evaluator& in, const FieldInfo& field, const Characte
   if (field.kind == FieldKind::kColor || !FindStatement(field.word, place)) return false;
   const Token& next = in.Peek(1);
   if (next.kind == TokenKind::kSign) return next.text == "=";
-  return next.kind == TokenKind::kWord && !in.Find(next.text) && names.FindCharacter(next.text) < 0;
+  const Token& behind = in.Peek(2);
+  const bool call = behind.kind == TokenKind::kSign && behind.text == "(";
+  return next.kind == TokenKind::kWord && !call && next.text != "pi" && !in.Find(next.text) &&
+         names.FindCharacter(next.text) < 0;
 }
 
 }  // namespace

@@ -373,7 +373,7 @@ uint16_t Maker::CharacterRef(const char* what) {
 // The head of a definition: a name, with an id of its own if it likes, or = and
 // an id alone, of which nothing is asked.
 uint16_t Maker::NewCharacter() {
-  if (in_.TakeSign("=")) {
+  if (in_.TakeSign("=") || in_.Peek().kind != TokenKind::kWord) {
     const auto id = static_cast<uint16_t>(in_.Whole("an id", 0, 65535));
     characters_.Use(id);
     return id;
