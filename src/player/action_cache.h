@@ -29,9 +29,12 @@ class ActionCache {
     if (slot.at == at && slot.seen == m_stamp) {
       slot.value = constant.AsConstant();
       slot.known = m_stamp;
+      return;
     }
+    // Another constant of the same block may have stood here.
     slot.at = at;
     slot.seen = m_stamp;
+    slot.known = 0;
   }
 
   // The variable that the borrowed `name` was found to mean for `thread`, or
