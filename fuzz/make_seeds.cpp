@@ -172,6 +172,7 @@ void Actions(const std::filesystem::path& folder) {
     vexel::model::script::Lots lots(seed);
     vexel::model::script::BlockStyle style;
     style.odd = seed % 4 == 0;
+    style.loops = seed % 5 == 0;
     style.length = 2 + static_cast<int>(seed % 8);
     std::vector<vexel::fuzz::Block> blocks;
     for (uint32_t n = 1 + seed % 5; n > 0; --n) {

@@ -116,6 +116,7 @@ Program RandomProgram(u64 seed) {
   Program program;
   BlockStyle style;
   style.odd = lots.OneIn(3);
+  style.loops = lots.OneIn(4);
   style.endless = lots.OneIn(60);
   style.length = 1 + lots.Below(lots.OneIn(4) ? 20 : 6);
   program.scene = AnyScene(lots, style);

@@ -327,6 +327,10 @@ class Author {
       Odd();
       return;
     }
+    if (m_style.loops && depth < 2 && m_lots.OneIn(3)) {
+      Loop(depth);
+      return;
+    }
     if (m_style.endless && m_lots.OneIn(8)) {
       const ActionBuilder::Label top = m_out.NewLabel();
       m_out.Bind(top);

@@ -26,6 +26,7 @@ class Lots {
 
 struct BlockStyle {
   int length = 4;        // about so many statements
+  bool loops = false;    // mostly loops
   bool odd = false;      // with things that no author writes
   bool endless = false;  // with loops that the limit of a run ends
 };
