@@ -79,9 +79,14 @@ bool ShowsWhenClear(const RColor* c, bool useBackground) {
 }  // namespace
 
 int32_t RowPainter::ClipNumber(const RColor* clip) const {
-  if (!IsClipColor(clip)) return kUnclipped;
-  const int32_t i = clip->rank;
-  return i >= 0 && i < nSources_ && sources_[i].color == clip ? i : kNeverOn;
+  for (; IsClipColor(clip); clip = clip->clipColor) {
+    const int32_t i = clip->rank;
+    if (i >= 0 && i < nSources_ && sources_[i].color == clip) return i;
+    // Required: a mask without an edge in this picture is as the last one left
+    // it, which is on behind an outline that is not closed.
+    if (clip->visible == 0) return kNeverOn;
+  }
+  return kUnclipped;
 }
 
 bool RowPainter::NumberColors() {

@@ -89,6 +89,23 @@ TEST(Raster, MaskedColorShowsOnlyWhereAllMasksAreOn) {
   }
 }
 
+TEST(Raster, MaskLeftOnByAnOpenOutlineStaysOnInAPictureWithoutItsEdges) {
+  PaintKit kit(4, 1);
+  RColor* outer = kit.Clip();
+  RColor* inner = kit.Clip();
+  kit.AddLayer({kit.Edge(ruleEvenOdd, inner, nullptr, 0, 0, 0, 4)}, inner, outer);
+  kit.AddLayer({kit.Edge(ruleEvenOdd, outer, nullptr, 0, 0, 0, 4)}, outer, OutermostClip());
+  kit.Paint();
+  kit.Box(kit.Solid(kRed), 0, 0, 8, 4, inner);
+  kit.Paint();
+  EXPECT_EQ(kit.At(0, 0), kRed);
+  EXPECT_EQ(kit.At(3, 0), kBack);
+  outer->visible = 0;
+  kit.Box(kit.Solid(kGreen), 0, 0, 8, 4, inner);
+  kit.Paint();
+  EXPECT_EQ(kit.At(0, 0), kRed);
+}
+
 TEST(Raster, ColorClippedByTheMarkItselfIsShown) {
   PaintKit kit(2, 1);
   kit.Box(kit.Solid(kRed), 0, 0, 8, 4, OutermostClip());
