@@ -22,6 +22,12 @@ void FuzzSvg(const uint8_t* data, size_t size);
 // mnemonics to assemble, or a script to compile.
 void FuzzActionsText(const uint8_t* data, size_t size);
 
+// A text to make a movie of.
+void FuzzMake(const uint8_t* data, size_t size);
+
+// A movie to print as text, and to make of that text again.
+void FuzzDump(const uint8_t* data, size_t size);
+
 // A movie to check.
 void FuzzCheck(const uint8_t* data, size_t size);
 
@@ -42,6 +48,8 @@ inline constexpr Target kTargets[] = {
     {"bitmap", FuzzBitmap},
     {"svg", FuzzSvg},
     {"actions_text", FuzzActionsText},
+    {"make", FuzzMake},
+    {"dump", FuzzDump},
     {"check", FuzzCheck},
     {"actions", FuzzActions},
     {"run", FuzzRun},

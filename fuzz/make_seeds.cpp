@@ -6,6 +6,7 @@
 #include <string>
 
 #include "action_blocks.h"
+#include "author/language/dump.h"
 #include "author/writer.h"
 #include "random_block.h"
 #include "support/random_movie.h"
@@ -112,6 +113,24 @@ void Bitmaps(const std::filesystem::path& folder) {
   seeds.Add(WithKind(kLossless, EncodeLossless(body, false)));
 }
 
+void Texts(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "make");
+  for (uint32_t seed = 1; seed <= 12; ++seed) {
+    RandomMovieOptions options;
+    options.fields = options.actions = true;
+    const std::string text = DumpMovie(RandomMovie(seed, options));
+    seeds.Add(Bytes(text.begin(), text.end()));
+  }
+  static constexpr std::string_view kText =
+      "movie size 99, 99 rate 24 let a = 3 define d(x, c) { fill c circle x, 9, a }\n"
+      "shape s { repeat 4 as i { if i > 1 { use d(9*i, red) } else { use d(i, #00f) } } }\n"
+      "sprite w { frame { place s as o at 1, 2 rotate 3 } tween 5 as t { move o alpha t } }\n"
+      "frame \"x\" { place w as h depth 4 tint red by 50% } at frame 7 { remove h }\n"
+      "font f blocks name \"B\" text t { run font f height 9 color red text \"A1\" }\n"
+      "button b { show s in up hit on press, key \"a\" script { stop(); } }\n";
+  seeds.Add(Bytes(kText.begin(), kText.end()));
+}
+
 void Svgs(const std::filesystem::path& folder) {
   Seeds seeds(folder, "svg");
   const char* const bodies[] = {
@@ -208,6 +227,8 @@ int main(int argc, char** argv) {
   }
   Movies(argv[1], "movie");
   Movies(argv[1], "check");
+  Movies(argv[1], "dump");
+  Texts(argv[1]);
   Bitmaps(argv[1]);
   Svgs(argv[1]);
   ActionTexts(argv[1]);
