@@ -14,7 +14,7 @@ namespace {
 
 // Tokens taken, loop rounds, bytes of texts put together, records drawn. A
 // second or two of a plain machine.
-constexpr size_t kMaxWork = 100'000'000;
+constexpr size_t kMaxWork = 40'000'000;
 constexpr int kMaxExpressionDepth = 100;
 constexpr size_t kMaxText = size_t{16} << 20;
 
