@@ -4,28 +4,9 @@
 
 #include <stdexcept>
 
+#include "author/tag_kinds.h"
+
 namespace vexel::author {
-
-namespace {
-
-// A length field of all ones announces the 32-bit length.
-constexpr uint32_t kLongLength = 63;
-
-// Players frame a bitmap tag again from its body, six bytes back.
-bool AlwaysLong(int code) {
-  switch (code) {
-    case kTagDefineBits:
-    case kTagDefineBitsLossless:
-    case kTagDefineBitsJPEG:
-    case kTagDefineBitsJPEGAlpha:
-    case kTagDefineBitsLosslessAlpha:
-      return true;
-    default:
-      return false;
-  }
-}
-
-}  // namespace
 
 TagStream& TagStream::Tag(int code, std::span<const uint8_t> body, TagForm form) {
   return LyingTag(code, static_cast<uint32_t>(body.size()), body, form);
@@ -34,12 +15,13 @@ TagStream& TagStream::Tag(int code, std::span<const uint8_t> body, TagForm form)
 TagStream& TagStream::LyingTag(int code, uint32_t length, std::span<const uint8_t> body,
                                TagForm form) {
   if (code < 0 || code > kMaxTagCode) throw std::range_error("a tag code has 10 bits");
-  const bool isLong =
-      form == TagForm::kAuto ? length >= kLongLength || AlwaysLong(code) : form == TagForm::kLong;
-  if (!isLong && length >= kLongLength) throw std::range_error("a short tag has at most 62 bytes");
+  const bool isLong = form == TagForm::kAuto ? length >= kLongTagLength || IsBitmapTag(code)
+                                             : form == TagForm::kLong;
+  if (!isLong && length >= kLongTagLength)
+    throw std::range_error("a short tag has at most 62 bytes");
   const auto word = static_cast<uint32_t>(code) << 6;
   if (isLong) {
-    out_.U16(word | kLongLength);
+    out_.U16(word | kLongTagLength);
     out_.U32(length);
   } else {
     out_.U16(word | length);

@@ -14,33 +14,12 @@ namespace {
 constexpr size_t kHeaderBytes = 8;
 // A player reads the rest of the header only when this much is there.
 constexpr size_t kHeaderNeeds = 19;
-constexpr uint32_t kLongForm = 63;
 constexpr size_t kMaxFindings = 10000;
 // Sprites in sprites. Players take a sprite's tags in a sprite for what they
 // are, but nothing is meant by it.
 constexpr int kMaxDepth = 50;
 
 constexpr uint16_t kFirstSystemId = 65532;
-
-bool IsDefinition(int32_t code) {
-  switch (code) {
-    case kTagDefineShape:
-    case kTagDefineShape2:
-    case kTagDefineShape3:
-    case kTagDefineMorphShape:
-    case kTagDefineButton:
-    case kTagDefineButton2:
-    case kTagDefineFont:
-    case kTagDefineFont2:
-    case kTagDefineText:
-    case kTagDefineText2:
-    case kTagDefineEditText:
-    case kTagDefineSprite:
-      return true;
-    default:
-      return IsBitmapTag(code);
-  }
-}
 
 }  // namespace
 
@@ -49,19 +28,6 @@ const char* FindingKindName(FindingKind kind) {
                                            "wasteful"};
   static_assert(std::size(kNames) == kFindingKinds);
   return kNames[static_cast<size_t>(kind)];
-}
-
-bool IsBitmapTag(int32_t code) {
-  switch (code) {
-    case kTagDefineBits:
-    case kTagDefineBitsLossless:
-    case kTagDefineBitsJPEG:
-    case kTagDefineBitsJPEGAlpha:
-    case kTagDefineBitsLosslessAlpha:
-      return true;
-    default:
-      return false;
-  }
 }
 
 std::string Count(uint64_t count, const char* noun) {
@@ -154,8 +120,8 @@ std::optional<Checker::Tag> Checker::ReadTag(size_t at, size_t end) {
   try {
     in.Reading("the header of a tag");
     const uint32_t word = in.U16();
-    uint32_t length = word & kLongForm;
-    const bool isLong = length == kLongForm;
+    uint32_t length = word & kLongTagLength;
+    const bool isLong = length == kLongTagLength;
     const auto code = static_cast<int32_t>(word >> 6);
     if (isLong) length = in.U32();
     if (length > in.left()) {
@@ -198,8 +164,8 @@ void Checker::BehindEnd(size_t at, size_t end) {
   size_t next = at;
   while (end - next >= 2) {
     TagReader in(movie_.subspan(next, end - next), next);
-    uint32_t length = in.U16() & kLongForm;
-    if (length == kLongForm) {
+    uint32_t length = in.U16() & kLongTagLength;
+    if (length == kLongTagLength) {
       if (in.left() < 4) break;
       length = in.U32();
     }
@@ -217,7 +183,7 @@ void Checker::OneTag(Tag tag, Timeline* timeline) {
   const size_t size = tag.body.size();
   if (IsBitmapTag(tag.code)) {
     if (!tag.isLong) Damaged(tag, "bitmaps need the long form of the header; players go astray");
-  } else if (tag.isLong && size < kLongForm) {
+  } else if (tag.isLong && size < kLongTagLength) {
     Add(FindingKind::kWasteful, tag,
         "the header has the long form for a body of " + Count(size, "byte"));
   }
@@ -242,7 +208,7 @@ void Checker::OneTag(Tag tag, Timeline* timeline) {
 
 void Checker::Records(Tag* tag, Timeline* timeline) {
   TagReader& in = tag->body;
-  if (IsDefinition(tag->code)) {
+  if (IsDefinitionTag(tag->code)) {
     const uint16_t id = Define(tag);
     switch (tag->code) {
       case kTagDefineShape:

@@ -9,6 +9,7 @@
 
 #include "author/check/check.h"
 #include "author/check/tag_reader.h"
+#include "author/tag_kinds.h"
 #include "author/types.h"
 #include "movie/tags.h"
 
@@ -139,8 +140,6 @@ class Checker {
   int depth_ = 0;                                                   // of sprites in sprites
 };
 
-// Whether a tag of the code defines a bitmap.
-bool IsBitmapTag(int32_t code);
 // A count with its noun: "1 byte", "3 bytes".
 std::string Count(uint64_t count, const char* noun);
 std::string Lower(std::string_view text);

@@ -5,13 +5,13 @@
 
 #include "author/language/dumper.h"
 #include "author/script/cursor.h"
+#include "author/tag_kinds.h"
 
 namespace vexel::author {
 
 namespace {
 
 constexpr size_t kHeaderBytes = 8;
-constexpr uint32_t kLongLength = 63;
 // Sprites in sprites that are printed as such: each level is a block or two.
 constexpr int kMaxLevels = 30;
 // Of what a text may use; the rest of the movie is printed as bytes then.
@@ -19,32 +19,10 @@ constexpr double kSpent = 0.75;
 // Frames without anything are counted from here on.
 constexpr int kManyBare = 3;
 
+// What stands outside of frames, where nothing depends on its place in them.
 bool IsDefinition(int code) {
-  switch (code) {
-    case kTagDefineShape:
-    case kTagDefineShape2:
-    case kTagDefineShape3:
-    case kTagDefineMorphShape:
-    case kTagDefineBits:
-    case kTagDefineBitsJPEG:
-    case kTagDefineBitsJPEGAlpha:
-    case kTagDefineBitsLossless:
-    case kTagDefineBitsLosslessAlpha:
-    case kTagDefineJPEGTables:
-    case kTagDefineButton:
-    case kTagDefineButton2:
-    case kTagDefineButtonExtra:
-    case kTagDefineFont:
-    case kTagDefineFont2:
-    case kTagDefineFontInfo:
-    case kTagDefineText:
-    case kTagDefineText2:
-    case kTagDefineEditText:
-    case kTagDefineSprite:
-      return true;
-    default:
-      return false;
-  }
+  return IsDefinitionTag(code) || code == kTagDefineJPEGTables || code == kTagDefineButtonExtra ||
+         code == kTagDefineFontInfo;
 }
 
 // What the maker's own end tag is.
@@ -60,7 +38,7 @@ bool IsPlainFrameEnd(const FramedTag& tag) {
 bool IsPlainLabel(const FramedTag& tag) {
   const auto zero = std::find(tag.body.begin(), tag.body.end(), 0);
   return tag.code == kTagFrameLabel && !tag.body.empty() && zero == tag.body.end() - 1 &&
-         tag.isLong == (tag.body.size() >= kLongLength);
+         tag.isLong == (tag.body.size() >= kLongTagLength);
 }
 
 std::string BytesStatement(std::span<const uint8_t> bytes) {
@@ -74,8 +52,8 @@ std::optional<FramedTag> FrameTag(std::span<const uint8_t> bytes) {
   FramedTag tag;
   const uint32_t word = in.U16();
   tag.code = static_cast<int>(word >> 6);
-  uint32_t length = word & kLongLength;
-  if (length == kLongLength) {
+  uint32_t length = word & kLongTagLength;
+  if (length == kLongTagLength) {
     tag.isLong = true;
     length = in.U32();
   }
@@ -155,7 +133,7 @@ std::optional<std::string> Dumper::DumpSprite(const FramedTag& tag, int level) {
   }
   const Printed inside = DumpTags(in.Rest(), level + 1);
   if (inside.frames != frames) head.Stored(Field::kFrames, {frames});
-  if (tag.isLong != (tag.body.size() >= kLongLength)) head.Flag(Field::kLong);
+  if (tag.isLong != (tag.body.size() >= kLongTagLength)) head.Flag(Field::kLong);
   return head.Take() + " {\n" + Indented(inside.text) + "}\n";
 }
 
