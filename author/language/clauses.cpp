@@ -195,6 +195,7 @@ void Clauses::Read(Evaluator& in, const StatementInfo& statement, const Characte
   while (in.Peek().kind == TokenKind::kWord) {
     const FieldInfo* field = FindField(statement, in.Peek().text);
     if (!field || BeginsStatement(in, *field, names, place)) return;
+    if (Has(field->field) && FindStatement(field->word, place)) return;
     Clause clause;
     clause.place = in.Place();
     in.Take();

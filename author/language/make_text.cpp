@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "author/language/maker.h"
+#include "author/script/cursor.h"
 
 namespace vexel::author {
 
@@ -191,7 +192,7 @@ void Maker::RunLetters(const Clauses& clauses, TextRun* run) {
   if (letters.size() > 255) clauses.Fail(Field::kText, "a run has at most 255 letters");
   for (char letter : letters) {
     if (found->second.Find(static_cast<uint8_t>(letter)) == kAuto)
-      clauses.Fail(Field::kText, "the font has no '" + std::string(1, letter) + "'");
+      clauses.Fail(Field::kText, "the font has no " + QuoteText(std::string(1, letter)));
   }
   run->glyphs = MakeRun(found->second, text_->font, text_->height, letters).glyphs;
 }

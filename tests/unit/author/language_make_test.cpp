@@ -112,6 +112,8 @@ TEST(LanguageMake, AWordThatIsFieldAndStatementIsToldByWhatFollows) {
             Made("edit e bounds 0,0,9,9\nfont f blocks name \"x\""));
   EXPECT_NE(Made("font f blocks name \"x\" edit e bounds 0,0,9,9 font f"),
             Made("font f blocks name \"x\" edit e bounds 0,0,9,9"));
+  EXPECT_EQ(Made("movie background red background blue"),
+            Made("movie rate 12 tag 9 bytes \"ff0000\" tag 9 bytes \"0000ff\""));
   EXPECT_EQ(Made("place 1 at max(1, 2), 3"), Made("place 1 at 2, 3"));
 }
 
