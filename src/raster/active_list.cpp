@@ -4,6 +4,7 @@
 
 #include "raster/active_edge.h"
 #include "raster/edge.h"
+#include "raster/paint_index.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
 #include "raster/run.h"
@@ -138,7 +139,10 @@ void CRaster::PaintActive() {
     SetYCoord(y);
   }
   // What an unbalanced outline left on does not run into the next scanline.
-  for (RColor* c = firstColor; c != nullptr; c = c->nextActive) c->visible = 0;
+  for (RColor* c = firstColor; c != nullptr; c = c->nextActive) {
+    c->visible = 0;
+    if (paintIndexed) paintIndex->Drop(c);
+  }
   firstColor = nullptr;
   RActiveEdge* e = firstActive;
   while (e != nullptr) {

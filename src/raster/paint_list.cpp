@@ -4,34 +4,77 @@
 #include "raster/paint_list.h"
 #include "raster/active_edge.h"
 #include "raster/edge.h"
+#include "raster/paint_index.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
 
 namespace vexel {
 namespace {
 
-void Insert(CRaster* raster, RColor* c, int32_t x) {
-  RColor** link = &raster->firstColor;
-  bool hidden = false;
-  for (; *link != nullptr && (*link)->order >= c->order; link = &(*link)->nextActive) {
-    // An edge without a direction leaves a colour listed with a count of 0.
-    if (*link == c) return;
-    hidden = hidden || HidesBelow(*link);
-  }
-  if (!hidden) raster->PaintSlab(x);
+void LinkBehind(CRaster* raster, RColor* above, RColor* c) {
+  RColor** link = above != nullptr ? &above->nextActive : &raster->firstColor;
   c->nextActive = *link;
   *link = c;
 }
 
-void Remove(CRaster* raster, RColor* c, int32_t x) {
-  RColor** link = &raster->firstColor;
-  bool hidden = false;
-  for (; *link != nullptr && *link != c; link = &(*link)->nextActive) {
-    hidden = hidden || HidesBelow(*link);
+void Unlink(CRaster* raster, RColor* above, RColor* c) {
+  (above != nullptr ? above->nextActive : raster->firstColor) = c->nextActive;
+}
+
+void InsertIndexed(CRaster* raster, RColor* c, int32_t x) {
+  PaintIndex* index = raster->paintIndex;
+  if (index->Has(c)) return;
+  if (!index->IsHidden(c)) raster->PaintSlab(x);
+  LinkBehind(raster, index->Above(c), c);
+  index->Add(c);
+}
+
+void RemoveIndexed(CRaster* raster, RColor* c, int32_t x) {
+  PaintIndex* index = raster->paintIndex;
+  if (!index->Has(c)) return;
+  if (!index->IsHidden(c)) raster->PaintSlab(x);
+  Unlink(raster, index->Above(c), c);
+  index->Drop(c);
+}
+
+void Insert(CRaster* raster, RColor* c, int32_t x) {
+  if (raster->paintIndexed) {
+    InsertIndexed(raster, c, x);
+    return;
   }
-  if (*link == nullptr) return;
+  RColor* above = nullptr;
+  bool hidden = false;
+  int32_t steps = 0;
+  for (RColor* k = raster->firstColor; k != nullptr && k->order >= c->order; k = k->nextActive) {
+    // An edge without a direction leaves a colour listed with a count of 0.
+    if (k == c) return;
+    hidden = hidden || HidesBelow(k);
+    above = k;
+    steps++;
+  }
   if (!hidden) raster->PaintSlab(x);
-  *link = c->nextActive;
+  LinkBehind(raster, above, c);
+  raster->CountSteps(steps);
+}
+
+void Remove(CRaster* raster, RColor* c, int32_t x) {
+  if (raster->paintIndexed) {
+    RemoveIndexed(raster, c, x);
+    return;
+  }
+  RColor* above = nullptr;
+  bool hidden = false;
+  int32_t steps = 0;
+  RColor* k = raster->firstColor;
+  for (; k != nullptr && k != c; k = k->nextActive) {
+    hidden = hidden || HidesBelow(k);
+    above = k;
+    steps++;
+  }
+  if (k == nullptr) return;
+  if (!hidden) raster->PaintSlab(x);
+  Unlink(raster, above, c);
+  raster->CountSteps(steps);
 }
 
 void Toggle(CRaster* raster, RColor* c, int32_t x) {

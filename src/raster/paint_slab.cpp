@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "raster/paint_index.h"
 #include "raster/paint_list.h"
 #include "raster/raster.h"
 #include "raster/rcolor.h"
@@ -22,6 +23,13 @@ void DrawSpan(CRaster* raster, int32_t x1, int32_t x2) {
   int32_t n = 0;
   for (RColor* c = FirstShown(raster->firstColor); c != nullptr; c = FirstShown(c->nextActive)) {
     if (n == kMaxSpanColors) n--;
+    if (n == kMaxSpanColors - 1 && raster->paintIndexed) {
+      // Each would take the last place from the one before.
+      uint8_t types = 0;
+      shown[n++] = raster->paintIndex->LowestShown(c, &types);
+      break;
+    }
+    raster->spareSteps--;
     shown[n++] = c;
     if (!c->transparent) break;
   }
@@ -51,20 +59,34 @@ RRun* Split(CRaster* raster, RRun* r, int32_t x) {
 }
 
 // Adds what the paint list shows as a stack.
-void Fill(RRun* r, RColor* first) {
+void Fill(CRaster* raster, RRun* r) {
   if (r->nStacks == kSubScanlines) return;
   const int32_t k = r->nStacks;
   int32_t i = 0;
-  for (RColor* c = FirstShown(first); c != nullptr; c = FirstShown(c->nextActive)) {
+  for (RColor* c = FirstShown(raster->firstColor); c != nullptr; c = FirstShown(c->nextActive)) {
     // Required: with more colours than places, the last place takes whatever
     // comes next, and the comparison counts at each step on the way.
-    if (i == kMaxStack) i--;
+    if (i == kMaxStack) {
+      i--;
+      raster->spareSteps--;
+    }
+    if (i == kMaxStack - 1 && raster->paintIndexed) {
+      uint8_t types = 0;
+      RColor* lowest = raster->paintIndex->LowestShown(c, &types);
+      r->typeMask |= types;
+      if (lowest != c) {
+        if (k > 0) r->isPure = false;
+        r->transparent = true;
+        c = lowest;
+      }
+    }
     r->stacks[k][i] = c;
     if (k > 0 && (i >= r->stackN[0] || r->stacks[0][i] != c)) r->isPure = false;
     r->typeMask |= c->colorType;
     i++;
     if (!c->transparent) break;
     r->transparent = true;
+    if (i == kMaxStack && raster->paintIndexed) break;
   }
   if (i == 0) return;
   r->stackN[k] = static_cast<uint8_t>(i);
@@ -92,10 +114,10 @@ void RecordSpan(CRaster* raster, int32_t x1, int32_t x2) {
   while (r != nullptr && r->xmin < x2) {
     if (r->xmax > x2) {
       raster->curRun = Split(raster, r, x2);
-      Fill(r, raster->firstColor);
+      Fill(raster, r);
       return;
     }
-    Fill(r, raster->firstColor);
+    Fill(raster, r);
     r = r->next;
   }
   raster->curRun = r;

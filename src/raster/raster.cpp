@@ -9,6 +9,7 @@
 #include "raster/active_edge.h"
 #include "raster/edge.h"
 #include "raster/format_table.h"
+#include "raster/paint_index.h"
 #include "raster/pix32_ops.h"
 #include "raster/rcolor.h"
 #include "raster/render_tables.h"
@@ -33,6 +34,9 @@ CRaster::CRaster()
       patYOrg(0),
       firstColor(nullptr),
       paintX(0),
+      spareSteps(0),
+      paintIndexed(false),
+      paintIndex(nullptr),
       errorSize(0),
       errorBuf(nullptr),
       errorRowSize(0),
@@ -74,6 +78,7 @@ CRaster::~CRaster() {
   std::free(errorBuf);
   std::free(pictureColors);
   delete rowPainter_;
+  delete paintIndex;
 }
 
 void CRaster::Attach(CBitBuffer* buffer, const SRECT* clip, bool wantAntialias) {
@@ -184,10 +189,21 @@ bool CRaster::PaintRows() {
   return rowPainter_ != nullptr && rowPainter_->Paint(this);
 }
 
+// Without an index, the picture is painted all the same; it asks again later.
+void CRaster::IndexPaintList() {
+  spareSteps = kSpareListSteps;
+  if (paintIndexed || !pictureColorsKnown) return;
+  if (paintIndex == nullptr) paintIndex = new (std::nothrow) PaintIndex;
+  if (paintIndex == nullptr) return;
+  paintIndexed = paintIndex->Start(pictureColors, nPictureColors, firstColor);
+}
+
 void CRaster::PaintBits() {
   if (!BitsValid() || nScanlines == 0 || yindexSize < nScanlines) return;
   getBackground = useBackground ? pixelFormats[pixelFormat].getBackground : GetBackgroundWhite;
   if (PaintRows()) return;
+  spareSteps = kSpareListSteps;
+  paintIndexed = false;
   for (y = edgeClip.ymin; y < edgeClip.ymax; y++) {
     AddActive();
     SortActive();

@@ -24,11 +24,17 @@ struct RActiveEdge;
 struct RColor;
 struct REdge;
 struct RRun;
+class PaintIndex;
 class RowPainter;
 struct Pix32Ops;
 
 // Pixels that drawing handles at a time: the size of its buffers on the stack.
 inline constexpr int32_t kSlabPixels = 256;
+
+// Steps along the paint list that a toggle or a span may take on average, and
+// how many more a picture may take in all before it gets an index.
+inline constexpr int32_t kFreeListSteps = 32;
+inline constexpr int32_t kSpareListSteps = 1 << 18;
 
 // One paint: Attach, BeginPaint, AddEdges for each object from bottom to top,
 // PaintBits. Edges and colours that were added stay their owner's, and must
@@ -50,6 +56,11 @@ class CRaster {
   int32_t patYOrg;
   RColor* firstColor;  // the paint list, topmost first
   int32_t paintX;      // where the next span starts, device units
+
+  // For a long paint list.
+  int32_t spareSteps;      // along the list, until the picture gets an index
+  bool paintIndexed;       // paintIndex knows what is on the list
+  PaintIndex* paintIndex;  // owned; null until a picture needs it
 
   // Two rows of three 32-bit errors a pixel, with a pixel's margin on the left.
   // Allocated by the dither with malloc, freed at the end of a paint.
@@ -139,6 +150,11 @@ class CRaster {
 
   // Makes y the current pixel row.
   void SetYCoord(int32_t y);
+  // Counts steps that a toggle or a span took along the paint list.
+  void CountSteps(int32_t steps) {
+    spareSteps += kFreeListSteps - steps;
+    if (spareSteps < 0) IndexPaintList();
+  }
   // Ends the span that starts at paintX at x, device units.
   void PaintSlab(int32_t x);
   // Draws pixels x1 to x2 - 1 of n colours, topmost first.
@@ -149,6 +165,7 @@ class CRaster {
  private:
   void NoteColor(RColor* c, uint8_t ruleKind);
   bool PaintRows();
+  void IndexPaintList();
   void AddActive();
   void SortActive();
   void PaintActive();
