@@ -37,9 +37,18 @@ struct RadialWindows {
   static constexpr int32_t kLastBase = kRampEntries - kSize;
   static constexpr int32_t kFar = 255;  // all is beyond the radius
   static constexpr int32_t kFarSquare = 65536 / 16;
+  // From this base on a guess is at most one too low, below it kCorrections:
+  // near the centre a window spans a large part of the distance.
+  static constexpr int32_t kCloseBase = 25;
+  static constexpr int32_t kCorrections = 5;
 
-  // 65536 / (2 i + kSize - 1): makes indexes of what is above the square of i.
-  uint16_t inverse[kRampEntries];
+  // By a window's first entry i. Guesses count from the first number above the
+  // square of i, and hold for as many as there are below the window's end. One at
+  // a square is always too low, so the corrections meet all squares.
+  int32_t first[kRampEntries];
+  int32_t room[kRampEntries];
+  // 65536 / (2 i + kSize): makes indexes of what is above the square of i.
+  int32_t inverse[kRampEntries];
   // By a sixteenth of a squared distance: a window that begins below its index,
   // or kFar.
   uint8_t base[kFarSquare + 1];
@@ -49,7 +58,9 @@ constexpr RadialWindows<kSize> MakeRadialWindows() {
   using Windows = RadialWindows<kSize>;
   Windows t = {};
   for (int32_t i = 0; i < kRampEntries; i++) {
-    t.inverse[i] = static_cast<uint16_t>(65536 / (2 * i + kSize - 1));
+    t.first[i] = i * i + 1;
+    t.room[i] = kSize * (2 * i + kSize) - 1;
+    t.inverse[i] = 65536 / (2 * i + kSize);
   }
   for (int32_t i = 0, root = 0; i < Windows::kFarSquare; i++) {
     while ((root + 1) * (root + 1) <= 16 * i) root++;

@@ -118,13 +118,13 @@ VEXEL_AVX512 inline __m512i SettleTies(const RadialLine& line, const Before& bef
   }
 }
 
-// The indexes of the sixteen pixels at any positions.
+// The indexes of the sixteen pixels at any positions, in whole units.
 VEXEL_AVX512 inline __m512i ExactIndexes(const RadialLine& line, const Before& before, __m512i x,
                                          __m512i y) {
   // Beyond the radius it doesn't matter how far; this keeps squares in 32 bits.
   const __m512i far = Splat(400);
-  const __m512i px = _mm512_min_epi32(_mm512_abs_epi32(_mm512_srai_epi32(x, 14)), far);
-  const __m512i py = _mm512_min_epi32(_mm512_abs_epi32(_mm512_srai_epi32(y, 14)), far);
+  const __m512i px = _mm512_min_epi32(_mm512_abs_epi32(x), far);
+  const __m512i py = _mm512_min_epi32(_mm512_abs_epi32(y), far);
   const __m512i d = _mm512_add_epi32(_mm512_madd_epi16(px, px), _mm512_madd_epi16(py, py));
   // The whole part of the root, bit by bit.
   __m512i root = _mm512_setzero_si512();
@@ -151,30 +151,28 @@ VEXEL_AVX512 inline __m512i LookUp(const uint32_t* ramp, int32_t base, __m512i i
   return Gather(ramp, index, kAll);
 }
 
-// The squared distances of positions that fit 16 bits without their fraction.
-VEXEL_AVX512 inline __m512i NearSquares(__m512i x, __m512i y) {
-  const __m512i both =
-      _mm512_mask_blend_epi16(0xAAAAAAAA, _mm512_srli_epi32(x, 14), _mm512_slli_epi32(y, 2));
-  return _mm512_madd_epi16(both, both);
-}
-
-// Positions of sixteen pixels of a line, and the indexes before them.
+// Positions of sixteen pixels of a line, and the indexes before them. Positions
+// have kFraction fraction bits.
+template <int32_t kFraction>
 struct RadialWalk {
   const RadialLine& line;
   __m512i x, y;
   __m512i advanceX, advanceY;
   Before before;
 
+  static constexpr int32_t Scale(int32_t v) { return WrapShl(v, kFraction - 14); }
+
   VEXEL_AVX512 explicit RadialWalk(const RadialLine& l)
       : line(l),
-        x(Progression(l.x, l.dx)),
-        y(Progression(l.y, l.dy)),
-        advanceX(Splat(WrapMul(l.dx, kStep))),
-        advanceY(Splat(WrapMul(l.dy, kStep))),
+        x(Progression(Scale(l.x), Scale(l.dx))),
+        y(Progression(Scale(l.y), Scale(l.dy))),
+        advanceX(Splat(WrapMul(Scale(l.dx), kStep))),
+        advanceY(Splat(WrapMul(Scale(l.dy), kStep))),
         before{_mm512_setzero_si512(), kNoneBefore} {}
 
   VEXEL_AVX512 __m512i Exact() {
-    before = {ExactIndexes(line, before, x, y), 0};
+    const __m512i px = _mm512_srai_epi32(x, kFraction);
+    before = {ExactIndexes(line, before, px, _mm512_srai_epi32(y, kFraction)), 0};
     return before.index;
   }
   VEXEL_AVX512 void Advance() {
@@ -183,34 +181,40 @@ struct RadialWalk {
   }
 };
 
-// Some vectors in a window.
+// Whole units are the upper halves of near positions.
+using NearWalk = RadialWalk<16>;
+VEXEL_AVX512 inline __m512i Squares(const NearWalk& w) {
+  const __m512i both = _mm512_mask_blend_epi16(0xAAAAAAAA, _mm512_srli_epi32(w.x, 16), w.y);
+  return _mm512_madd_epi16(both, both);
+}
+
+// Some vectors in a window, whose guesses are at most kCorrections too low.
+template <int32_t kCorrections>
 VEXEL_AVX512 inline void DrawWindow(uint8_t* at, int32_t n, const uint32_t* ramp, int32_t base,
-                                    RadialWalk* w) {
+                                    NearWalk* w) {
   const __m512i colors = Load(ramp + base);
-  const __m512i squares = Load(radialSquares.at + base);
   const __m512i nextSquares = Load(radialSquares.at + base + 1);
-  const __m512i first = Splat(radialSquares.at[base]);
+  const __m512i first = Splat(radialWindows<kStep>.first[base]);
+  const __m512i room = Splat(radialWindows<kStep>.room[base]);
   const __m512i inverse = Splat(radialWindows<kStep>.inverse[base]);
-  // Near the centre a window spans a large part of the distance.
-  const int32_t corrections = base < 32 ? 3 : 1;
   for (; n > 0; n -= kStep, at += 4 * kStep) {
-    const __m512i d = NearSquares(w->x, w->y);
-    __m512i i = _mm512_mulhi_epu16(_mm512_sub_epi32(d, first), inverse);
-    for (int32_t k = 0; k < corrections; k++) {
-      const __mmask16 low = _mm512_cmpge_epi32_mask(d, _mm512_permutexvar_epi32(i, nextSquares));
-      i = _mm512_mask_add_epi32(i, low, i, Splat(1));
+    const __m512i d = Squares(*w);
+    const __m512i excess = _mm512_sub_epi32(d, first);
+    const __mmask16 inside = _mm512_cmplt_epu32_mask(excess, room);
+    __mmask16 holds = inside;
+    __m512i i = _mm512_mulhi_epu16(excess, inverse);
+    for (int32_t k = 0; k < kCorrections; k++) {
+      const __m512i next = _mm512_permutexvar_epi32(i, nextSquares);
+      holds = _mm512_mask_cmpneq_epi32_mask(holds, d, next);
+      i = _mm512_mask_add_epi32(i, _mm512_cmpge_epi32_mask(d, next), i, Splat(1));
     }
-    const __m512i square = _mm512_permutexvar_epi32(i, squares);
-    const __m512i nextSquare = _mm512_permutexvar_epi32(i, nextSquares);
-    const __mmask16 holds =
-        _mm512_mask_cmpgt_epi32_mask(_mm512_cmpgt_epi32_mask(d, square), nextSquare, d);
     __m512i color = _mm512_permutexvar_epi32(i, colors);
     if (_mm512_kortestc(holds, holds) != 0) {
       w->before = {i, base};
     } else {
-      const __mmask16 ties = _mm512_cmpeq_epi32_mask(d, square);
-      if ((holds | ties) == kAll) {
+      if (inside == kAll) {
         const __m512i distance = _mm512_add_epi32(i, Splat(base));
+        const auto ties = static_cast<__mmask16>(~holds);
         w->before = {SettleTies(w->line, w->before, distance, ties), 0};
       } else {
         w->Exact();
@@ -222,26 +226,36 @@ VEXEL_AVX512 inline void DrawWindow(uint8_t* at, int32_t n, const uint32_t* ramp
   }
 }
 
+VEXEL_AVX512 void RadialAnywhere(uint8_t* at, int32_t n, const uint32_t* ramp,
+                                 const RadialLine& line) {
+  RadialWalk<14> w(line);
+  for (; n > 0; n -= kStep, at += 4 * kStep) {
+    Put(at, n, Gather(ramp, w.Exact(), kAll));
+    w.Advance();
+  }
+}
+
 VEXEL_AVX512 void Radial(uint8_t* at, int32_t n, const uint32_t* ramp, const RadialLine& line) {
-  RadialWalk w(line);
   const int32_t windowPixels = kStep * WindowVectors<kStep>(line, n);
   if (windowPixels == 0) {
-    for (; n > 0; n -= kStep, at += 4 * kStep) {
-      Put(at, n, Gather(ramp, w.Exact(), kAll));
-      w.Advance();
-    }
+    RadialAnywhere(at, n, ramp, line);
     return;
   }
+  NearWalk w(line);
   WindowWalk<kStep> walk(line, windowPixels / kStep);
   for (; n > 0; n -= windowPixels, at += 4 * windowPixels) {
     const int32_t pixels = n < windowPixels ? n : windowPixels;
     const int32_t base = walk.Next();
+    if (base < Windows::kCloseBase) {
+      DrawWindow<Windows::kCorrections>(at, pixels, ramp, base, &w);
+      continue;
+    }
     if (base != Windows::kFar) {
-      DrawWindow(at, pixels, ramp, base, &w);
+      DrawWindow<1>(at, pixels, ramp, base, &w);
       continue;
     }
     for (int32_t done = 0; done < pixels; done += kStep) {
-      const __mmask16 beyond = _mm512_cmpgt_epi32_mask(NearSquares(w.x, w.y), Splat(65535));
+      const __mmask16 beyond = _mm512_cmpgt_epi32_mask(Squares(w), Splat(65535));
       if (beyond == kAll) {
         w.before = {Splat(kLastEntry), 0};
         Put(at + 4 * done, pixels - done, Splat(static_cast<int32_t>(ramp[kLastEntry])));
