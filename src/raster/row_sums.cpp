@@ -169,7 +169,14 @@ void RowSums::Draw(CRaster* raster) {
   for (int32_t w = 0; w < nWords_; w++) {
     uint64_t bits = touched_[w];
     const uint64_t broken = broken_[w];
-    if ((bits | broken) == 0) continue;
+    if ((bits | broken) == 0) {
+      // An empty word is mostly followed by more.
+      while (!trackBreaks_ && w + 4 < nWords_ &&
+             (touched_[w + 1] | touched_[w + 2] | touched_[w + 3] | touched_[w + 4]) == 0) {
+        w += 4;
+      }
+      continue;
+    }
     touched_[w] = 0;
     broken_[w] = 0;
     while (bits != 0) {
