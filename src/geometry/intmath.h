@@ -30,10 +30,14 @@ constexpr int32_t WrapSub(int32_t a, int32_t b) {
 constexpr int32_t WrapMul(int32_t a, int32_t b) {
   return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
 }
-constexpr int32_t WrapNeg(int32_t a) { return static_cast<int32_t>(0u - static_cast<uint32_t>(a)); }
+constexpr int32_t WrapNeg(int32_t a) {
+  return static_cast<int32_t>(0u - static_cast<uint32_t>(a));
+}
 
 // The magnitude; that of 0x80000000 wraps to itself.
-constexpr int32_t WrapAbs(int32_t a) { return a < 0 ? WrapNeg(a) : a; }
+constexpr int32_t WrapAbs(int32_t a) {
+  return a < 0 ? WrapNeg(a) : a;
+}
 
 // a << n for n from 0 to 31, bits lost at the top.
 constexpr int32_t WrapShl(int32_t a, int n) {
@@ -42,11 +46,17 @@ constexpr int32_t WrapShl(int32_t a, int n) {
 
 // Arithmetic shift right, n from 0 to 31 (63). C++20 defines >> this way for
 // signed operands; the name says that it is meant.
-constexpr int32_t Asr(int32_t a, int n) { return a >> n; }
-constexpr int64_t Asr64(int64_t a, int n) { return a >> n; }
+constexpr int32_t Asr(int32_t a, int n) {
+  return a >> n;
+}
+constexpr int64_t Asr64(int64_t a, int n) {
+  return a >> n;
+}
 
 // The low 32 bits of a 64-bit value, as a signed number.
-constexpr int32_t Low32(int64_t a) { return static_cast<int32_t>(static_cast<uint32_t>(a)); }
+constexpr int32_t Low32(int64_t a) {
+  return static_cast<int32_t>(static_cast<uint32_t>(a));
+}
 
 // The nearest value that 32 bits hold.
 constexpr int32_t Saturate32(int64_t a) {
@@ -63,15 +73,17 @@ constexpr SFIXED FixedMul(SFIXED a, SFIXED b) {
 // 0x80000000 from operands of equal sign, which becomes 0x7FFFFFFF; larger
 // quotients wrap. A zero divisor gives 0 for a zero dividend and else the
 // extreme value of the dividend's sign.
-constexpr int32_t QuotientShifted(int32_t a, int32_t b, int shift) {
+constexpr int32_t QuotientShifted(int64_t a, int64_t b, int shift) {
   if (b == 0) return a == 0 ? 0 : a > 0 ? kInt32Max : kInt32Min;
-  const int32_t q = Low32(static_cast<int64_t>(static_cast<uint64_t>(int64_t{a}) << shift) / b);
+  const int32_t q = Low32(static_cast<int64_t>(static_cast<uint64_t>(a) << shift) / b);
   if (q == kInt32Min && (a < 0) == (b < 0)) return kInt32Max;
   return q;
 }
 
 // 16.16 quotient.
-constexpr SFIXED FixedDiv(SFIXED a, SFIXED b) { return QuotientShifted(a, b, 16); }
+constexpr SFIXED FixedDiv(SFIXED a, SFIXED b) {
+  return QuotientShifted(a, b, 16);
+}
 
 // A double cut toward zero; out of range and NaN give -2147483648.
 inline int32_t ToInt32(double v) {

@@ -100,7 +100,8 @@ static void DivideAtExtreme(const CURVE* curve, const EdgeTarget& target, int32_
   const SCOORD a = curve->anchor1.y;
   const SCOORD c = curve->control.y;
   const SCOORD b = curve->anchor2.y;
-  const SFIXED t = FixedDiv(WrapSub(a, c), WrapAdd(WrapSub(a, WrapMul(2, c)), b));
+  // Required: these sums don't wrap.
+  const SFIXED t = QuotientShifted(int64_t{a} - c, int64_t{a} - 2 * int64_t{c} + b, 16);
   CURVE first, second;
   CurveDivide(curve, t, &first, &second);
   AddHalves(&first, &second, target, depth);
@@ -129,7 +130,8 @@ void AddCurveEdges(const CURVE* curve, const EdgeTarget& target, int32_t* depth)
       c.control.y = c.anchor1.y;
     else if (below > 0)
       c.control.y = c.anchor2.y;
-    if (int64_t{c.anchor2.y} - c.anchor1.y > kMaxCurveHeight) {
+    // Required: a height of more than 31 bits wraps and counts as low.
+    if (WrapSub(c.anchor2.y, c.anchor1.y) > kMaxCurveHeight) {
       if (!LeavesNoEdge(curve, target)) Divide(curve, target, depth);
       return;
     }

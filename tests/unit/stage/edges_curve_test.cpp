@@ -58,6 +58,27 @@ TEST_F(CurveEdges, TallCurvesAreHalvedAndTallLinesAreNot) {
   EXPECT_EQ(Add(LineOf({0, 0}, {0, 30000})).size(), 1u);
 }
 
+TEST_F(CurveEdges, AHeightThatWrapsCountsAsLow) {
+  const CURVE c = CurveOf({40000, -0x60000000}, {40000, 0}, {50000, 0x60000000});
+  const std::vector<PlainEdge> edges = Add(c, true);
+  ASSERT_EQ(edges.size(), 1u);
+  EXPECT_EQ(edges[0], (PlainEdge{32000, -32000, 32000, 0, 32000, 32000, true, ruleEvenOdd, 1,
+                                 nullptr, nullptr}));
+}
+
+TEST_F(CurveEdges, TheExtremeOfAHugeCurveIsFoundWithoutWrapping) {
+  const CURVE c = CurveOf({100, 0x30000000}, {100, -0x30000000}, {100, 0x30000000});
+  int up = 0;
+  int down = 0;
+  for (const PlainEdge& e : Add(c, true)) {
+    if (e.y1 != 0) continue;
+    up += e.dir < 0;
+    down += e.dir > 0;
+  }
+  EXPECT_EQ(up, 1);
+  EXPECT_EQ(down, 1);
+}
+
 TEST_F(CurveEdges, AFlatCurveIsStoredAsALine) {
   EXPECT_TRUE(Add(CurveOf({0, 0}, {11, 20}, {20, 40}))[0].isLine);
   EXPECT_FALSE(Add(CurveOf({0, 0}, {12, 20}, {20, 40}))[0].isLine);
