@@ -12,10 +12,11 @@
 namespace vexel {
 namespace {
 
-// Steps that looking for places may take on one scanline. Beyond, edges go in
-// where they are: the sort that follows brings them home, and only the order
-// among edges of equal x can differ, in which no span changes.
-constexpr int32_t kMaxPlaceSteps = 1 << 16;
+// Steps that looking for places may take on one scanline, before they come out
+// of the picture's spare ones. With those used up too, edges go in where they
+// are: the sort that follows brings them home, and only the order among edges of
+// equal x can differ.
+constexpr int32_t kPlaceSteps = 1 << 16;
 
 void LinkBehind(RActiveEdge* at, RActiveEdge* e) {
   e->prev = at;
@@ -77,7 +78,9 @@ bool IsSorted(const RActiveEdge* e) {
 
 void CRaster::AddActive() {
   RActiveEdge* last = firstActive;
-  int32_t steps = kMaxPlaceSteps;
+  // Required: the order among edges of equal x counts. A colour that is toggled
+  // as well as counted stays on or goes off by it.
+  int32_t steps = kPlaceSteps + sparePlaceSteps;
   for (REdge* e = yindex[y - edgeClip.ymin]; e != nullptr; e = e->nextActive) {
     auto* a = static_cast<RActiveEdge*>(activeEdgeAlloc.Alloc());
     if (a == nullptr) return;
@@ -94,6 +97,7 @@ void CRaster::AddActive() {
     }
     last = a;
   }
+  if (steps < sparePlaceSteps) sparePlaceSteps = steps;
 }
 
 // A stable merge sort of the rising stretches: one look when nothing crossed,

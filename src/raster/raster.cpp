@@ -43,6 +43,7 @@ CRaster::CRaster()
       errorThis(nullptr),
       errorNext(nullptr),
       firstActive(nullptr),
+      sparePlaceSteps(0),
       yindex(nullptr),
       yindexSize(0),
       nScanlines(0),
@@ -203,6 +204,7 @@ void CRaster::PaintBits() {
   getBackground = useBackground ? pixelFormats[pixelFormat].getBackground : GetBackgroundWhite;
   if (PaintRows()) return;
   spareSteps = kSpareListSteps;
+  sparePlaceSteps = kSparePlaceSteps;
   paintIndexed = false;
   for (y = edgeClip.ymin; y < edgeClip.ymax; y++) {
     AddActive();

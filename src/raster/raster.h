@@ -36,6 +36,10 @@ inline constexpr int32_t kSlabPixels = 256;
 inline constexpr int32_t kFreeListSteps = 32;
 inline constexpr int32_t kSpareListSteps = 1 << 18;
 
+// Steps along the active edges that finding the places of new ones may take in
+// a picture, above what each scanline has anyway: less than a second at worst.
+inline constexpr int32_t kSparePlaceSteps = 1 << 26;
+
 // One paint: Attach, BeginPaint, AddEdges for each object from bottom to top,
 // PaintBits. Edges and colours that were added stay their owner's, and must
 // stay valid until PaintBits returns. Single-threaded.
@@ -71,6 +75,7 @@ class CRaster {
   int32_t* errorNext;
 
   RActiveEdge* firstActive;  // in ascending x
+  int32_t sparePlaceSteps;   // along it, that the picture's new edges may still take
   REdge** yindex;            // a list of edges for each scanline they start at
   int32_t yindexSize;
   int32_t nScanlines;
