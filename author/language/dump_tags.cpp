@@ -7,19 +7,12 @@
 #include "author/script/action_text.h"
 #include "author/script/button_events.h"
 #include "author/script/cursor.h"
+#include "author/tag_kinds.h"
 
 namespace vexel::author {
 
 namespace {
 
-constexpr uint8_t kMoveFlag = 0x01;
-constexpr uint8_t kCharacterFlag = 0x02;
-constexpr uint8_t kMatrixFlag = 0x04;
-constexpr uint8_t kCxformFlag = 0x08;
-constexpr uint8_t kRatioFlag = 0x10;
-constexpr uint8_t kNameFlag = 0x20;
-constexpr uint8_t kClipFlag = 0x40;
-constexpr uint8_t kOtherFlags = 0x80;
 constexpr uint8_t kAllStates = kButtonUp | kButtonOver | kButtonDown | kButtonHit;
 // Larger bitmaps are printed as the packets they are: rows of pixels tell a
 // reader no more, and packets are short.

@@ -4,20 +4,13 @@
 #include "author/language/maker.h"
 #include "author/script/action_text.h"
 #include "author/script/script.h"
+#include "author/tag_kinds.h"
 
 namespace vexel::author {
 
 namespace {
 
 constexpr uint32_t kMaxFrame = 65535;
-// The flags of a placement that other fields set.
-constexpr uint8_t kMoveFlag = 0x01;
-constexpr uint8_t kCharacterFlag = 0x02;
-constexpr uint8_t kMatrixFlag = 0x04;
-constexpr uint8_t kCxformFlag = 0x08;
-constexpr uint8_t kRatioFlag = 0x10;
-constexpr uint8_t kNameFlag = 0x20;
-constexpr uint8_t kClipFlag = 0x40;
 
 const std::initializer_list<std::string_view> kPlacementParts = {
     "scale", "scalebits", "rotate", "rotatebits", "movebits", "colorflags", "colorbits"};
