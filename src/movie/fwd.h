@@ -24,6 +24,8 @@ class ActionList;
 class SCharacterParser;
 class SStroker;
 
+class EditText;
+
 class CRaster;
 struct REdge;
 struct RColor;

@@ -15,6 +15,7 @@
 #include "player/script_stack.h"
 #include "raster/bit_buffer.h"
 #include "stage/display_list.h"
+#include "text/save_focus.h"
 
 namespace vexel {
 
@@ -41,6 +42,9 @@ inline constexpr int32_t kPanPixels = 0;
 inline constexpr int32_t kPanPercent = 1;
 
 class ActionTrace;
+
+// Of the built-in fonts. A failure is not tried again.
+enum class FontState : uint8_t { kNotTried = 0, kLoaded = 1, kFailed = 2 };
 
 class SPlayer : public ScriptPlayer {
  public:
@@ -194,6 +198,10 @@ class SPlayer : public ScriptPlayer {
   char* GetPropertyStr(ScriptThread* thread, int32_t index);
   void SetPropertyStr(ScriptThread* thread, int32_t index, const char* value);
 
+  // Defines the characters of the built-in fonts, the first time that it is
+  // called; false if that failed then. They are found in `fontPlayer`.
+  bool LoadBuiltInFonts();
+
   // A movie that takes a form-encoded text and, with SetDataComplete, gives
   // its fields to the timeline `target`, or to the layer without one, and
   // deletes itself. Null without memory.
@@ -222,6 +230,14 @@ class SPlayer : public ScriptPlayer {
   bool HandleKeyDown(int32_t key, int32_t modifiers);
   // Movies know no releases of keys.
   void HandleKeyUp(int32_t, int32_t) {}
+  // The cursor of the focused text changes its phase; the host calls this about
+  // every half second.
+  void BlinkCursor();
+  // The pointer draws a selection in the focused text.
+  bool IsSelecting() const;
+  // The text that has the focus loses it and its selection, and the clipboard
+  // is told so.
+  void ClearFocus();
   // An object is about to be freed.
   void ObjectFreed(const SObject* object);
 
@@ -303,11 +319,18 @@ class SPlayer : public ScriptPlayer {
   int32_t mouseState = kMouseUnknown;
   SPOINT mousePoint = {0, 0};  // pixels
 
+  WeakSlot<SObject> focus;   // the text field that takes the keys
+  SaveFocus saveFocus;       // and what is to have it again behind a seek
+  bool cursorBlink = false;  // the cursor's phase: seen while set
+
   SButton focusButton;          // has the keyboard's focus
   SButton savedButton;          // had it before the last key
   SObject** buttons = nullptr;  // owned; listed anew before each use
   int32_t buttonCount = 0;
   int32_t buttonSize = 0;
+
+  ScriptPlayer fontPlayer;  // the built-in font movie: characters only, never placed
+  FontState fontState = FontState::kNotTried;
 
   uint32_t startTime;  // tick of the construction, origin of a script's time
 

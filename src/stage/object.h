@@ -45,7 +45,14 @@ struct PlaceInfo : STransform {
 };
 
 // Whether a frame that is built anew from scattered data has placed an object.
-enum SyncMark : uint8_t { kSyncUnmarked = 0, kSyncUnconfirmed = 1 };
+enum SyncMark : uint8_t { kSyncUnmarked = 0, kSyncUnconfirmed = 1, kSyncConfirmed = 2 };
+
+// `mode` of ScrollEditText; the first line is 1.
+enum ScrollMode : int32_t {
+  kScrollGet = 0,
+  kScrollSet = 1,     // `value` takes what became of it
+  kScrollGetMax = 2,  // the last line that can be the first one shown
+};
 
 // Objects live in the display list's pool, from PlaceObject to DoRemove or to
 // their parent's FreeChildren. What is held across a call that can run tags
@@ -80,6 +87,8 @@ struct SObject {
 
   REdge* edges = nullptr;    // cache, from the display's edge pool
   RColor* colors = nullptr;  // cache, from the display's colour pool
+
+  EditText* editText = nullptr;  // owned; of a text field only, and null without memory
 
   uint8_t syncRemovalMark = 0;  // a SyncMark
   uint16_t nesting = 0;         // levels below the root
@@ -138,6 +147,17 @@ struct SObject {
   // The hit area of a button, or the bounds of an edit text, in device units;
   // empty for other kinds.
   void CalcButtonBounds(SRECT* out) const;
+
+  // --- Text fields (edit_object.cpp) ---
+
+  // The pointer on the field, with the button as it is now; nothing without one.
+  void EditTextMouse(const SPOINT* pixel, bool mouseIsDown);
+  // The scroll position of the first field at or below this object that is
+  // bound to `name` of `thread`, as a ScrollMode says; false if there is none.
+  bool ScrollEditText(ScriptThread* thread, const char* name, int32_t mode, int32_t& value);
+  // `name` of `thread` is now `value`: so are all fields at and below this
+  // object that are bound to it, but for the one with the focus unless `force`.
+  void UpdateEditText(ScriptThread* thread, const char* name, const char* value, bool force);
 
   // Marks the subtree before its frame is built anew; buttons lose what they
   // show.
