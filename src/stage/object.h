@@ -150,6 +150,10 @@ struct SObject {
 
   // --- Text fields (edit_object.cpp) ---
 
+  // Lays the field out for a platform that paints texts itself; nothing
+  // without one. True in any case (edit_draw.cpp).
+  bool DrawEditText(const STransform* t);
+
   // The pointer on the field, with the button as it is now; nothing without one.
   void EditTextMouse(const SPOINT* pixel, bool mouseIsDown);
   // The scroll position of the first field at or below this object that is

@@ -3,6 +3,7 @@
 #include "stage/text_edges.h"
 
 #include "movie/character.h"
+#include "movie/font_format.h"
 #include "movie/script_player.h"
 #include "movie/solid_color.h"
 #include "movie/tags.h"
@@ -13,12 +14,6 @@
 
 namespace vexel {
 
-// A font whose offset table has 32-bit entries.
-static constexpr uint16_t kFontWideOffsets = 0x0008;
-// Glyphs are designed on a square of 1024 units: a height times 64 is their
-// scale in 16.16.
-static constexpr int32_t kHeightToScale = 64;
-
 // What a run's first byte says is there. An end of text has none of them.
 enum RunFlags : uint8_t {
   kRunX = 0x01,
@@ -27,25 +22,27 @@ enum RunFlags : uint8_t {
   kRunFont = 0x08,
 };
 
-// A run of two bytes can name a long glyph 255 times. A text whose glyphs take
-// more reading than this is cut short; each counts for its bytes and a share of
-// what starting a parser costs.
-static constexpr int32_t kMaxGlyphBytes = 1 << 24;
+// What starting a parser costs, as bytes of a glyph.
 static constexpr int32_t kGlyphCost = 32;
+
+uint32_t FontOffset(const SCharacter* font, uint32_t entry) {
+  const bool wide = (font->fontFlags & kFontWideOffsets) != 0;
+  const int32_t size = font->data.length;
+  const int64_t at = int64_t{entry} * (wide ? 4 : 2);
+  SParser table(font->data.bytes, size, static_cast<int32_t>(at < size ? at : size));
+  return wide ? table.GetDWord() : table.GetWord();
+}
 
 int32_t AddGlyphEdges(SObject* object, SCharacter* font, uint32_t glyph, const MATRIX* mat,
                       RColor* color) {
-  const bool wide = (font->fontFlags & kFontWideOffsets) != 0;
   const int32_t size = font->data.length;
-  const int64_t entry = int64_t{glyph} * (wide ? 4 : 2);
-  SParser table(font->data.bytes, size, static_cast<int32_t>(entry < size ? entry : size));
-  const int64_t offset = wide ? table.GetDWord() : table.GetWord();
+  const int64_t offset = FontOffset(font, glyph);
   const int32_t start = static_cast<int32_t>(offset < size ? offset : size);
   SCharacterParser parser(font->player, font->data.bytes, size, start, mat);
   parser.object = object;
   parser.UseGlyphColor(color);
   parser.BuildEdges(false, &object->devBounds);
-  return parser.pos - start;
+  return kGlyphCost + parser.pos - start;
 }
 
 namespace {
@@ -118,7 +115,7 @@ bool TextBuilder::GetGlyphs() {
     if (m_font) {
       MATRIX mat;
       MatrixConcat(&m_runMat, &m_textMat, &mat);
-      m_glyphBytes += kGlyphCost + AddGlyphEdges(m_object, m_font, glyph, &mat, m_color);
+      m_glyphBytes += AddGlyphEdges(m_object, m_font, glyph, &mat, m_color);
       if (m_glyphBytes > kMaxGlyphBytes) return false;
     }
     m_runMat.tx = WrapAdd(m_runMat.tx, advance);
