@@ -36,14 +36,16 @@ void WriteName(BitWriter& out, const std::string& name) {
   for (char c : name) out.U8(static_cast<uint8_t>(c));
 }
 
-void WriteCodes(BitWriter& out, const Font& font, bool wide) {
-  for (const Glyph& glyph : font.glyphs) {
-    if (wide) {
-      out.U16(glyph.code);
-    } else {
-      out.U8(glyph.code);
-    }
+void WriteCode(BitWriter& out, uint16_t code, bool wide) {
+  if (wide) {
+    out.U16(code);
+  } else {
+    out.U8(code);
   }
+}
+
+void WriteCodes(BitWriter& out, const Font& font, bool wide) {
+  for (const Glyph& glyph : font.glyphs) WriteCode(out, glyph.code, wide);
 }
 
 }  // namespace
@@ -81,6 +83,22 @@ void WriteFont2(BitWriter& out, const Font& font) {
     for (const Glyph& glyph : font.glyphs) out.S16(glyph.advance);
   }
   out.Append(font.behind);
+}
+
+Bytes BoundsAndKerning(const Font& font, std::span<const KerningPair> pairs) {
+  BitWriter out;
+  for (const Glyph& glyph : font.glyphs) {
+    ShapeBuilder shape;
+    for (const ShapeRecord& record : glyph.outline) shape.Record(record);
+    WriteRect(out, shape.Bounds());
+  }
+  out.U16(static_cast<uint32_t>(pairs.size()));
+  for (const KerningPair& pair : pairs) {
+    WriteCode(out, pair.left, font.flags & kFontWideCodes);
+    WriteCode(out, pair.right, font.flags & kFontWideCodes);
+    out.S16(pair.adjustment);
+  }
+  return out.Take();
 }
 
 void WriteFontInfo(BitWriter& out, const Font& font, uint8_t flags, bool wideCodes) {

@@ -32,7 +32,7 @@ struct Font {
   int16_t ascent = 0;
   int16_t descent = 0;
   int16_t leading = 0;
-  Bytes behind;  // what follows the advances (kerning); nobody reads it
+  Bytes behind;  // what follows the advances (bounds and kerning); players pass it over
 
   // Index of a code, or kAuto.
   int Find(uint32_t code) const;
@@ -46,6 +46,18 @@ void WriteFont(BitWriter& out, const Font& font);
 void WriteFont2(BitWriter& out, const Font& font);
 // Name, flags byte (0x02 bold, 0x04 italic) and code table, behind the id.
 void WriteFontInfo(BitWriter& out, const Font& font, uint8_t flags, bool wideCodes);
+
+// Two characters that stand closer together, or farther apart, than their
+// advances say.
+struct KerningPair {
+  uint16_t left = 0;  // codes
+  uint16_t right = 0;
+  int16_t adjustment = 0;  // added to the left one's advance, in the units of the square
+};
+
+// For Font::behind: the bounds of each glyph, control points included, and the
+// pairs. Players pass over it, other readers of movies lay out text by it.
+Bytes BoundsAndKerning(const Font& font, std::span<const KerningPair> pairs);
 
 // A plain font of squares, for digits, letters and a few signs, for
 // demos and tests: no outline of it comes from anywhere else.

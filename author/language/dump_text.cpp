@@ -49,25 +49,13 @@ std::string Dumper::SayFont(const FramedTag& tag, RecordReader& in, Manner manne
 std::string Dumper::SayFont2(const FramedTag& tag, RecordReader& in, Manner manner) {
   StatementText statement(Head("font", in.U16()));
   Font font;
-  font.flags = in.U16();
-  const auto name = in.Take(in.U8());
-  font.name.assign(name.begin(), name.end());
-  const size_t count = in.U16();
-  const bool wide = font.flags & kFontWideOffsets;
-  in.Take((count + 1) * (wide ? 4 : 2));
-  for (size_t i = 0; i < count && in.ok(); ++i) {
-    Glyph glyph;
-    if (!in.ReadEdges(&glyph.outline, &glyph.fillBits, &glyph.lineBits, false)) return {};
-    font.glyphs.push_back(std::move(glyph));
-  }
-  for (Glyph& glyph : font.glyphs) glyph.code = font.flags & kFontWideCodes ? in.U16() : in.U8();
+  if (!ReadFont2(in, &font)) return {};
   const bool layout = font.flags & kFontHasLayout;
   if (!font.name.empty()) statement.Text(Field::kName, font.name);
   if (layout) {
-    statement.Stored(Field::kAscent, {in.S16()});
-    statement.Stored(Field::kDescent, {in.S16()});
-    statement.Stored(Field::kLeading, {in.S16()});
-    for (Glyph& glyph : font.glyphs) glyph.advance = in.S16();
+    statement.Stored(Field::kAscent, {font.ascent});
+    statement.Stored(Field::kDescent, {font.descent});
+    statement.Stored(Field::kLeading, {font.leading});
   }
   const uint16_t looks = kFontBold | kFontItalic;
   if ((font.flags & ~looks) == FontFlagsFor(font, layout)) {

@@ -291,4 +291,25 @@ bool RecordReader::ReadShape(StyleTables* styles, std::vector<ShapeRecord>* reco
   return true;
 }
 
+bool ReadFont2(RecordReader& in, Font* font) {
+  font->flags = in.U16();
+  const auto name = in.Take(in.U8());
+  font->name.assign(name.begin(), name.end());
+  const size_t count = in.U16();
+  in.Take((count + 1) * (font->flags & kFontWideOffsets ? 4 : 2));
+  for (size_t i = 0; i < count && in.ok(); ++i) {
+    Glyph glyph;
+    if (!in.ReadEdges(&glyph.outline, &glyph.fillBits, &glyph.lineBits, false)) return false;
+    font->glyphs.push_back(std::move(glyph));
+  }
+  for (Glyph& glyph : font->glyphs) glyph.code = font->flags & kFontWideCodes ? in.U16() : in.U8();
+  if (font->flags & kFontHasLayout) {
+    font->ascent = in.S16();
+    font->descent = in.S16();
+    font->leading = in.S16();
+    for (Glyph& glyph : font->glyphs) glyph.advance = in.S16();
+  }
+  return in.ok();
+}
+
 }  // namespace vexel::author

@@ -4,8 +4,7 @@
 
 #include <span>
 
-#include "author/records.h"
-#include "author/shape.h"
+#include "author/font.h"
 
 namespace vexel::author {
 
@@ -60,5 +59,9 @@ class RecordReader {
 
 // The count of styles, and whether it needed the long form.
 uint32_t ReadStyleCount(RecordReader& in, bool* forcedLong);
+
+// A font of the second form behind its id: flags to advances. What is left in
+// `in` is the font's `behind`. False if the record ends early.
+bool ReadFont2(RecordReader& in, Font* font);
 
 }  // namespace vexel::author
