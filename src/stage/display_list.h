@@ -205,6 +205,8 @@ class DisplayList {
 
   PlayObserver* observer = nullptr;  // not owned; null for none
 
+  EditText* texts = nullptr;  // all fields, linked through `nextText`; their objects own them
+
   int32_t instanceNameCount = 0;  // automatic sprite names; never reset
 
   ChunkAlloc edgeAlloc;

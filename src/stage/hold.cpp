@@ -7,6 +7,7 @@
 #include "geometry/matrix.h"
 #include "movie/character.h"
 #include "stage/display_list.h"
+#include "text/edit_text.h"
 
 namespace vexel {
 
@@ -89,6 +90,9 @@ void DisplayList::FinishHold() {
       link = &cur->next;
       DoRemove(&holdList);
     }
+  }
+  for (SObject* child = holdParent->firstChild; child; child = child->next) {
+    if (child->editText) child->editText->UpdateFromVariable();
   }
   holdParent = nullptr;
 }

@@ -10,6 +10,7 @@
 #include "player/text.h"
 #include "raster/rcolor.h"
 #include "stage/display_list.h"
+#include "text/edit_text.h"
 
 namespace vexel {
 
@@ -63,6 +64,7 @@ void SObject::Free() {
   if (SPlayer* splayer = PlayerOf(character)) splayer->ObjectFreed(this);
   weakSlots.ClearAll();
   FreeCache();
+  delete std::exchange(editText, nullptr);
   if (SCharacter* held = std::exchange(character, nullptr)) {
     // A loaded movie takes what belongs to it along, so its character goes first.
     const uint8_t type = held->type;

@@ -8,9 +8,11 @@
 #include "movie/budget.h"
 #include "movie/character.h"
 #include "movie/script_player.h"
+#include "player/splayer.h"
 #include "player/text.h"
 #include "stage/button.h"
 #include "stage/display_list.h"
+#include "text/edit_text.h"
 
 namespace vexel {
 
@@ -23,6 +25,27 @@ constexpr int32_t kStepsPerTag = 64;
 bool HasState(const SCharacter* character) {
   return character->type == charButton || character->type == charSprite ||
          character->type == charLoadedMovie;
+}
+
+// Inside a hold the end of the hold reads the variable.
+void MakeText(SObject* object) {
+  object->editText = new (std::nothrow) EditText(object);
+  if (object->editText && object->parent != object->display->holdParent) {
+    object->editText->UpdateFromVariable();
+  }
+}
+
+// After a change of character.
+void RemakeText(SObject* object) {
+  delete std::exchange(object->editText, nullptr);
+  if (object->character->type == charEditText) {
+    MakeText(object);
+    return;
+  }
+  const ScriptPlayer* movie = object->character->player;
+  if (movie && movie->splayer && movie->splayer->focus.Get() == object) {
+    movie->splayer->focus.Set(nullptr);
+  }
 }
 
 // Lets `copy` read the movie that `source` has wholly received, from its first
@@ -116,6 +139,9 @@ SObject* DisplayList::PlaceObject(SObject* parent, const PlaceInfo* info) {
     case charButton:
       PlaceButton(object);
       break;
+    case charEditText:
+      MakeText(object);
+      break;
     default:
       break;
   }
@@ -190,6 +216,7 @@ SObject* DisplayList::MoveObject(SObject* parent, const PlaceInfo* info) {
     if (was->type == now->type || (!HasState(was) && !HasState(now))) {
       now->AddRef();
       object->character = now;
+      if (was != now) RemakeText(object);
       was->Release();
     }
   }

@@ -4,9 +4,9 @@
 // its object's edges were freed: whoever changes a text calls Modify on the
 // object.
 //
-// model and input: edit_text.cpp, edit_selection.cpp, edit_keys.cpp,
-// edit_mouse.cpp; layout and drawing: edit_draw.cpp, edit_layout.cpp,
-// edit_fonts.cpp.
+// model and input: edit_text.cpp, edit_selection.cpp, edit_insert.cpp,
+// edit_keys.cpp, edit_mouse.cpp, edit_lines.cpp; layout and drawing: edit_draw.cpp,
+// edit_layout.cpp, edit_fonts.cpp.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +16,7 @@
 #include "geometry/rect.h"
 #include "movie/edit_text_flags.h"
 #include "movie/fwd.h"
+#include "movie/script_value.h"
 #include "text/font_desc.h"
 #include "text/int_table.h"
 
@@ -39,8 +40,9 @@ enum EditCommand : int32_t {
   kEditSelectAll = 16,
 };
 
-// Owned by its object, from placement to Free, or for a moment by the object
-// that a button's hit area is tested with. Positions are indexes into `buffer`.
+// Owned by its object, from placement to Free or until the object gets another
+// character. Positions are indexes into `buffer`. What texts copy counts against
+// kMaxScriptText, as script values do; beyond it is as if memory were out.
 class EditText {
  public:
   // Reads the record of `object`'s character. Without memory for the empty
@@ -72,12 +74,19 @@ class EditText {
   static bool IsMultiByte();
   static bool IsLeadByte(uint8_t byte);
 
-  // --- Editing (edit_selection.cpp) ---
+  // --- Editing (edit_selection.cpp, edit_insert.cpp) ---
 
   // Inserts or overwrites, what the font doesn't have left out; `count` bytes
   // or characters. A full field takes what fits.
   void Insert(const char* bytes, int32_t count);
   void InsertWideChars(const uint16_t* text, int32_t count);
+  bool HasSelection() const { return selectionAnchor != selectionCursor; }
+  int32_t SelectionStart() const {
+    return selectionAnchor < selectionCursor ? selectionAnchor : selectionCursor;
+  }
+  int32_t SelectionEnd() const {
+    return selectionAnchor < selectionCursor ? selectionCursor : selectionAnchor;
+  }
   void Delete();
   void Backspace();
   void DeleteSelection();
@@ -160,6 +169,41 @@ class EditText {
   int32_t ascent = 0;  // of the last Draw, twentieths
   int32_t lineHeight = 0;
   IntTable charWidths;  // advance of each character, `length` + 1 entries
+
+  // The fields of a stage, those of objects on hold too.
+  EditText* nextText = nullptr;
+  EditText** textLink;  // what points at this one
+
+ private:
+  // The player that shows the text; null for a movie on its own.
+  SPlayer* Player() const;
+  void SetText(TextView text);
+  // Takes over an array of `room` + 1 entries that is charged for already.
+  void TakeBuffer(uint16_t* entries, int32_t room);
+  // The cursor to `index`, the anchor too unless it stays to `extend`.
+  void MoveCursor(int32_t index, bool extend);
+  // Closes the text over the characters from `start` to before `end`.
+  void RemoveSpan(int32_t start, int32_t end);
+  void InsertSpan(const uint16_t* text, int32_t count);
+  void OverwriteSpan(const uint16_t* text, int32_t count);
+  // Whether words or lines end at `index`.
+  bool EndsWord(int32_t index) const;
+  // Where line `line` starts, inside the text as it is now.
+  int32_t LineStart(int32_t line) const;
+  void DoCommand(int32_t key, bool shift, bool control);
+  void DeleteForward(bool shift, bool control);
+  void LineHome(bool shift, bool control);
+  void LineEnd(bool shift, bool control);
+  void LineUp(bool shift);
+  void LineDown(bool shift);
+  // A pixel in local units, by the last Draw.
+  SPOINT LocalPoint(const SPOINT* pixel) const;
+  // The ground that lines take: the character's bounds without the border.
+  SRECT InnerBounds() const;
+  int32_t IndexAt(int32_t line, SCOORD x, SCOORD xmax);
+
+  int32_t m_room = 0;    // entries of `buffer` less one
+  int64_t m_charge = 0;  // bytes charged for `buffer`, `variableName` and `initialText`
 };
 
 }  // namespace vexel
