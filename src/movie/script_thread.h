@@ -121,17 +121,17 @@ class ScriptThread : public SParser {
   ScriptVariable* FindVariable(const char* name);
   ScriptVariable* FindVariable(TextView name);
   // Sets or creates; a null or empty name is ignored. Copies both texts; a
-  // null or overlong value leaves the variable without one.
-  void SetVariable(const char* name, const char* value);
-  void SetVariable(TextView name, ScriptValue value);
+  // null or overlong value leaves the variable without one. `updateFocus` as
+  // for StoreVariable.
+  void SetVariable(const char* name, const char* value, bool updateFocus = true);
+  void SetVariable(TextView name, ScriptValue value, bool updateFocus = true);
   // Finds or creates, without a value; null for an empty name, and when memory
   // or a budget is out.
   ScriptVariable* MakeVariable(TextView name);
-  // The new value of `variable`, one of this timeline's.
-  void StoreVariable(ScriptVariable* variable, ScriptValue value) {
-    value.Own();
-    variable->value = std::move(value);
-  }
+  // The new value of `variable`, one of this timeline's. Every write ends here:
+  // the text fields that are bound to it show it at once, the one with the
+  // focus only if `updateFocus`; without, the value is what that one shows.
+  void StoreVariable(ScriptVariable* variable, ScriptValue value, bool updateFocus = true);
   void ClearVariables();
   // Changes whenever variables are freed, of any timeline: while it stands, a
   // pointer that FindVariable gave is good, and a name means the same variable.
@@ -166,6 +166,7 @@ class ScriptThread : public SParser {
   WeakHead<ScriptThread> weakSlots;
 
  private:
+  int32_t RunTo(int32_t frame, bool seek);
   int32_t SeekForward(int32_t frame);
   void ReadCharacter(uint16_t id, PlaceInfo* info);
   SCharacter* BeginDefinition(uint8_t type);

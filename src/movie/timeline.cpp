@@ -5,6 +5,7 @@
 #include "movie/script_player.h"
 #include "movie/script_thread.h"
 #include "movie/tags.h"
+#include "player/splayer.h"
 #include "player/text.h"
 #include "stage/display_list.h"
 
@@ -213,6 +214,14 @@ int32_t ScriptThread::DrawFrame(int32_t frame, bool seek) {
   if (scriptErr != 0) return scriptErr;
   if (!player || !player->gotHeader) return kScriptWaiting;
   if (!EnsureRootObject()) return kScriptNoMemory;
+  SPlayer* splayer = player->splayer;
+  if (splayer) splayer->saveFocus.Begin(splayer->focus.Get());
+  const int32_t result = RunTo(frame, seek);
+  if (splayer) splayer->saveFocus.End();
+  return result;
+}
+
+int32_t ScriptThread::RunTo(int32_t frame, bool seek) {
   if (!seek) return DoTags(frame);
   if (curFrame <= frame) return SeekForward(frame);
 

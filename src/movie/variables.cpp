@@ -7,6 +7,7 @@
 #include "movie/budget.h"
 #include "movie/script_thread.h"
 #include "player/text.h"
+#include "stage/display_list.h"
 
 namespace vexel {
 
@@ -110,12 +111,18 @@ ScriptVariable* ScriptThread::MakeVariable(TextView name) {
   return variable;
 }
 
-void ScriptThread::SetVariable(TextView name, ScriptValue value) {
-  if (ScriptVariable* variable = MakeVariable(name)) StoreVariable(variable, std::move(value));
+void ScriptThread::StoreVariable(ScriptVariable* variable, ScriptValue value, bool) {
+  value.Own();
+  variable->value = std::move(value);
 }
 
-void ScriptThread::SetVariable(const char* name, const char* value) {
-  if (name) SetVariable(ViewOf(name), ScriptValue::Copy(value));
+void ScriptThread::SetVariable(TextView name, ScriptValue value, bool updateFocus) {
+  ScriptVariable* variable = MakeVariable(name);
+  if (variable) StoreVariable(variable, std::move(value), updateFocus);
+}
+
+void ScriptThread::SetVariable(const char* name, const char* value, bool updateFocus) {
+  if (name) SetVariable(ViewOf(name), ScriptValue::Copy(value), updateFocus);
 }
 
 void ScriptThread::ClearVariables() {

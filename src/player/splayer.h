@@ -186,10 +186,14 @@ class SPlayer : public ScriptPlayer {
   // The same for "path:frame" or "frame", a number from 1 or a label; null if
   // it names no frame. `*frame` counts from 0.
   ScriptThread* ResolveFrameNum(const char* text, ScriptThread* thread, int32_t* frame);
-  // The text of a variable, for FreeStr, or null.
+  // The text of a variable, for FreeStr, or null; or, behind the name of a
+  // text field's variable, ".scroll" and ".maxscroll", the lines that are and
+  // can be the first one shown, counted from 1. SetVariable takes ".scroll",
+  // and leaves the field with the focus alone unless `updateFocus`.
   char* GetVariable(ScriptThread* thread, const char* name);
   using ScriptThread::SetVariable;
-  void SetVariable(ScriptThread* thread, const char* name, const char* value);
+  void SetVariable(ScriptThread* thread, const char* name, const char* value,
+                   bool updateFocus = true);
 
   // The properties by number; 0 for a null thread and any other number.
   double GetProperty(ScriptThread* thread, int32_t index);
@@ -238,6 +242,11 @@ class SPlayer : public ScriptPlayer {
   // The text that has the focus loses it and its selection, and the clipboard
   // is told so.
   void ClearFocus();
+  // The same for a press elsewhere: the cursor goes out as well, and a
+  // selection that the pointer draws stays.
+  void UnfocusText();
+  // The keyboard moves to `text`, all of it selected.
+  void FocusText(SObject* text);
   // An object is about to be freed.
   void ObjectFreed(const SObject* object);
 
@@ -349,7 +358,12 @@ class SPlayer : public ScriptPlayer {
   void Govern(uint32_t elapsed);
   void ClientMatrix(MATRIX* out) const;
   void PanZoomRect(int32_t dx, int32_t dy);
+  bool DrawSelection(const SPOINT* pt, bool mouseIsDown);
+  bool PointAtText(SObject* text, const SPOINT* pt, bool mouseIsDown);
   bool FireButtonKey(int32_t key);
+  void TabFromText();
+  bool TextKeyDown(int32_t key, int32_t modifiers);
+  void WriteText(const EditText* text);
 };
 
 // The layer `layer` in the list that starts at `head`, or null.

@@ -15,6 +15,7 @@
 #include "player/arrow_keys.h"
 #include "player/key_codes.h"
 #include "player/splayer.h"
+#include "text/edit_text.h"
 
 namespace vexel {
 

@@ -159,11 +159,12 @@ char* SPlayer::GetVariable(ScriptThread* thread, const char* text) {
   return variable ? CreateStr(variable->Text()) : nullptr;
 }
 
-void SPlayer::SetVariable(ScriptThread* thread, const char* text, const char* value) {
+void SPlayer::SetVariable(ScriptThread* thread, const char* text, const char* value,
+                          bool updateFocus) {
   const char* name;
   ScriptThread* found = ResolveVariable(text, thread, &name);
   if (!found || !name || strchr(name, '.')) return;
-  found->SetVariable(name, value);
+  found->SetVariable(name, value, updateFocus);
 }
 
 }  // namespace vexel

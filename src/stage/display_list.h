@@ -215,6 +215,7 @@ class DisplayList {
   int32_t edgeCount = 0;  // items out, against the budgets
   int32_t objectCount = 0;
   int32_t colorCount = 0;
+  int32_t fieldCount = 0;  // text fields in being, kept by them
 
   ActionList actionList;
   // The lists that run at this moment, innermost last; none between runs.

@@ -18,6 +18,15 @@ class SaveFocus {
   SaveFocus(const SaveFocus&) = delete;
   SaveFocus& operator=(const SaveFocus&) = delete;
 
+  // Around the running of a timeline's tags, which nests, as sprites run their
+  // first tags while they are placed: the outermost Begin saves, and what it
+  // saved is there until its End.
+  void Begin(const SObject* focus) {
+    if (m_nesting++ == 0) Save(focus);
+  }
+  void End() {
+    if (--m_nesting == 0) Clear();
+  }
   // Notes the name, depth and selection of the field in `focus`; null notes
   // nothing. What was noted before is gone.
   void Save(const SObject* focus);
@@ -32,6 +41,7 @@ class SaveFocus {
   int32_t m_selectionAnchor = 0;
   int32_t m_selectionCursor = 0;
   bool m_selecting = false;
+  int32_t m_nesting = 0;
 };
 
 }  // namespace vexel

@@ -5,6 +5,7 @@
 #include "input_fixture.h"
 #include "movie/edit_text_flags.h"
 #include "player/key_codes.h"
+#include "text/edit_text.h"
 
 namespace vexel::test {
 namespace {
