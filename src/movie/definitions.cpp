@@ -7,6 +7,57 @@
 
 namespace vexel {
 
+void ScriptThread::DoDefinition() {
+  switch (tagCode) {
+    case kTagDefineShape:
+    case kTagDefineShape2:
+    case kTagDefineShape3:
+      DefineShape();
+      break;
+    case kTagDefineMorphShape:
+      DefineMorphShape();
+      break;
+    case kTagDefineBits:
+    case kTagDefineBitsLossless:
+    case kTagDefineBitsJPEG:
+    case kTagDefineBitsJPEGAlpha:
+    case kTagDefineBitsLosslessAlpha:
+      DefineBits();
+      break;
+    case kTagDefineJPEGTables:
+      DefineJPEGTables();
+      break;
+    case kTagDefineButton:
+    case kTagDefineButton2:
+      DefineButton();
+      break;
+    case kTagDefineButtonExtra:
+      DefineButtonExtra(1);
+      break;
+    case kTagDefineFont:
+      DefineFont();
+      break;
+    case kTagDefineFont2:
+      DefineFont2();
+      break;
+    case kTagDefineFontInfo:
+      DefineFontInfo();
+      break;
+    case kTagDefineText:
+    case kTagDefineText2:
+      DefineText();
+      break;
+    case kTagDefineEditText:
+      DefineEditText();
+      break;
+    case kTagDefineSprite:
+      DefineSprite();
+      break;
+    default:
+      break;
+  }
+}
+
 // Reads the id and makes the character; null ends the handler.
 SCharacter* ScriptThread::BeginDefinition(uint8_t type) {
   const uint16_t id = GetWord();

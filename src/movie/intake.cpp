@@ -13,8 +13,6 @@ namespace vexel {
 
 namespace {
 
-constexpr uint8_t kSignature[3] = {'V', 'X', 'F'};
-
 // Nothing behind the file header is read before this many bytes are there.
 constexpr int32_t kStageHeaderBytes = 19;
 
@@ -92,7 +90,8 @@ bool ScriptPlayer::TakeHeader(const uint8_t** data, int32_t* n) {
 
   // A signed number, so a length from 2 GB on is a bad one.
   const int32_t declared = LittleDWord(headerBuf + 4);
-  if (memcmp(headerBuf, kSignature, sizeof kSignature) != 0 || declared < kMovieHeaderBytes) {
+  if (memcmp(headerBuf, kMovieSignature, sizeof kMovieSignature) != 0 ||
+      declared < kMovieHeaderBytes) {
     scriptErr = kScriptBadHeader;
     return false;
   }
@@ -111,19 +110,23 @@ bool ScriptPlayer::TakeHeader(const uint8_t** data, int32_t* n) {
   return true;
 }
 
-// Reads the stage rectangle, the rate and the frame count. The rectangle's size
-// is in its own first bits, and it may be longer than what is in so far; only a
-// movie that is wholly in is read as it is, with zeros behind its end.
+void ScriptPlayer::ReadStage() {
+  GetRect(&frame);
+  frameRate = GetWord() << 8;
+  frameDelay = frameRate > 0 ? kSecondFixed / frameRate : kStillFrameDelay;
+  numFrames = GetWord();
+}
+
+// The rectangle's size is in its own first bits, and it may be longer than what
+// is in so far; only a movie that is wholly in is read as it is, with zeros
+// behind its end.
 bool ScriptPlayer::ReadStageHeader() {
   if (len < kStageHeaderBytes) return false;
   const int32_t coordBits = script[kMovieHeaderBytes] >> 3;
   const int32_t rectBytes = (5 + 4 * coordBits + 7) / 8;
   if (len < scriptLen && len < kMovieHeaderBytes + rectBytes + 4) return false;
 
-  GetRect(&frame);
-  frameRate = GetWord() << 8;
-  frameDelay = frameRate > 0 ? kSecondFixed / frameRate : kStillFrameDelay;
-  numFrames = GetWord();
+  ReadStage();
   startPos = pos;
   scanPos = pos;
   curFrame = -1;

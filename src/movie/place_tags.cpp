@@ -37,20 +37,39 @@ void ScriptThread::ReadCharacter(uint16_t id, PlaceInfo* info) {
   if (!info->character && IsRoot()) info->character = player->lostCharacter;
 }
 
+void ScriptThread::ReadPlaceObject(PlaceInfo* info) {
+  info->flags = kPlaceCharacter | kPlaceMatrix;
+  const uint16_t id = GetWord();
+  info->depth = GetWord();
+  GetMatrix(&info->mat);
+  if (pos < tagEnd) {
+    GetColorTransform(&info->cxform, false);
+    info->flags |= kPlaceCxform;
+  } else {
+    info->cxform.Clear();
+  }
+  ReadCharacter(id, info);
+}
+
 void ScriptThread::PlaceObject() {
   PlaceInfo info;
-  info.flags = kPlaceCharacter | kPlaceMatrix;
-  const uint16_t id = GetWord();
-  info.depth = GetWord();
-  GetMatrix(&info.mat);
-  if (pos < tagEnd) {
-    GetColorTransform(&info.cxform, false);
-    info.flags |= kPlaceCxform;
-  } else {
-    info.cxform.Clear();
-  }
-  ReadCharacter(id, &info);
+  ReadPlaceObject(&info);
   if (info.character && rootObject) display->PlaceObject(rootObject, &info);
+}
+
+void ScriptThread::PlaceObjectSyncFrame() {
+  PlaceInfo info;
+  ReadPlaceObject(&info);
+  if (!rootObject) return;
+  if (SObject* object = display->FindObject(rootObject, info.depth)) {
+    if (object->character == info.character && MatrixEqual(&object->mat, &info.mat, 0) &&
+        Equal(&object->cxform, &info.cxform)) {
+      object->syncRemovalMark = kSyncConfirmed;
+      return;
+    }
+    display->RemoveObject(rootObject, info.depth);
+  }
+  if (info.character) display->PlaceObject(rootObject, &info);
 }
 
 void ScriptThread::PlaceObject2() {

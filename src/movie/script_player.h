@@ -11,6 +11,7 @@
 
 namespace vexel {
 
+inline constexpr uint8_t kMovieSignature[3] = {'V', 'X', 'F'};
 inline constexpr int32_t kMovieHeaderBytes = 8;
 inline constexpr int32_t kCharacterBuckets = 128;
 
@@ -45,6 +46,31 @@ class ScriptPlayer : public ScriptThread {
   void SetDataComplete();
   // True once all declared bytes are in.
   bool IsComplete() const { return scriptLen >= 0 && len >= scriptLen; }
+
+  // --- Scattered data (scattered.cpp): a movie that comes as single messages,
+  // and has no continuous script. Each message is copied, and lives as long as
+  // characters or queued actions read it; between messages `script` is null, so
+  // seeks, labels and calls of frames find nothing. ---
+
+  // The head of a movie file: version, rectangle, rate and frame count. Bytes
+  // that do not begin with the signature change nothing. The caller sets
+  // `gotHeader`.
+  void SetHeader(const uint8_t* data, int32_t size);
+  // The definitions of a message; its other tags are passed over. All three
+  // return a ScriptResult: kScriptNoMemory where there is none for the copy.
+  int32_t SetObject(const uint8_t* data, int32_t size);
+  // The placements of one frame, at once; its definitions are passed over.
+  // `curFrame` stays as it is. With `suppressActions` its actions are dropped.
+  int32_t SetFrame(const uint8_t* data, int32_t size, bool suppressActions);
+  // A character that was missing has arrived: what stands in for a missing one
+  // on this timeline is placed anew, 20 objects at most.
+  void RecoverLost();
+
+  // Whether these bytes of the file may be replaced: they lie in the script,
+  // the host may write there, and the reader does not stand among them.
+  bool IsScriptRangeWriteable(uint32_t position, uint32_t length) const;
+  // Replaces them. Looks at all of that but for the reader's place.
+  void WriteScriptRange(const uint8_t* data, uint32_t length, uint32_t position);
 
   // --- The dictionary (dictionary.cpp) ---
 
@@ -119,10 +145,18 @@ class ScriptPlayer : public ScriptThread {
   void TakeText(const uint8_t* data, int32_t n);
   bool TakeHeader(const uint8_t** data, int32_t* n);
   bool ReadStageHeader();
+  // The rectangle, the rate and the frame count at `pos`.
+  void ReadStage();
   void CountFrames();
   void BuildJPEG(SCharacter* character, SParser* parser, int32_t code);
   void BuildAlpha(SCharacter* character, SParser* parser);
   void BuildLossless(SCharacter* character, SParser* parser, bool alpha);
+  bool AttachMessage(const uint8_t* data, int32_t size);
+  void DetachMessage();
+  bool NextMessageTag();
+  bool DoFrameTags(bool suppressActions, bool* inSync);
+  void RemoveUnconfirmed();
+  void RestoreButtons();
 
   // Taken out of the dictionary, still used. A bitmap that only colours use
   // isn't told when they let go, so those are looked through now and then.

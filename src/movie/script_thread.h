@@ -80,12 +80,22 @@ class ScriptThread : public SParser {
   void PlaceObject();
   void PlaceObject2();
   void RemoveObject();
+  // PlaceObject of a frame that stands in for all earlier history: an object
+  // that is there already, just so, stays untouched.
+  void PlaceObjectSyncFrame();
   // The character 65534 at `layerDepth` under the stage's root, unless there is
   // one already. False if it cannot be placed.
   bool EnsureRootObject();
 
+  // The codes 9, 12 and 3 (timeline.cpp).
+  void BackgroundColor();
+  void FrameActions();
+  void FreeCharacterTag();
+
   // --- Tags that define (definitions.cpp, bitmap_tags.cpp) ---
 
+  // Executes the tag that was framed last, if it is one of these.
+  void DoDefinition();
   void DefineShape();
   void DefineMorphShape();
   void DefineButton();
@@ -169,6 +179,7 @@ class ScriptThread : public SParser {
   int32_t RunTo(int32_t frame, bool seek);
   int32_t SeekForward(int32_t frame);
   void ReadCharacter(uint16_t id, PlaceInfo* info);
+  void ReadPlaceObject(PlaceInfo* info);
   SCharacter* BeginDefinition(uint8_t type);
   void IndexVariable(ScriptVariable* variable);
 

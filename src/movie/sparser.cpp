@@ -129,7 +129,7 @@ void SParser::GetColorTransform(ColorTransform* out, bool alpha) {
   }
 }
 
-int32_t SParser::GetTag(int32_t limit) {
+int32_t SParser::GetTag(int32_t limit, bool cut) {
   tagPos = pos;
   const int32_t end = limit < dataEnd ? limit : dataEnd;
   if (Room(pos, end) < 2) return -1;
@@ -143,8 +143,11 @@ int32_t SParser::GetTag(int32_t limit) {
     length = GetDWord();
   }
   if (pos + length > end) {
-    pos = tagPos;
-    return -1;
+    if (!cut) {
+      pos = tagPos;
+      return -1;
+    }
+    length = end - pos;
   }
   tagEnd = static_cast<int32_t>(pos + length);
   tagCode >>= kTagCodeShift;

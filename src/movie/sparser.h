@@ -103,8 +103,9 @@ class SParser {
   // Frames the tag at `pos`, of which all must lie before `limit` and inside
   // the data: returns its code with `pos` at its body, or -1 with `pos`
   // unchanged, so that the same call succeeds when more has arrived. The
-  // caller sets `pos` to `tagEnd` when it is done.
-  int32_t GetTag(int32_t limit);
+  // caller sets `pos` to `tagEnd` when it is done. With `cut`, a body that is
+  // longer than that ends there.
+  int32_t GetTag(int32_t limit, bool cut = false);
 
   const uint8_t* script = nullptr;  // start of the data, not owned
   int32_t pos = 0;                  // read position, an offset from `script`

@@ -16,16 +16,6 @@ namespace {
 // The movie's own background outranks none at all, and yields to a host's.
 constexpr int32_t kMoviePriority = 1;
 
-void BackgroundColor(ScriptThread* thread) {
-  const SRGB color = thread->GetColor(false);
-  if (thread->display) thread->display->SetBackgroundColor(color, kMoviePriority);
-}
-
-void FrameActions(ScriptThread* thread) {
-  if (thread->seeking || !thread->display) return;
-  thread->display->actionList.PushAction(thread->AttachData(thread->pos, thread->tagEnd), thread);
-}
-
 // The text of the label tag at the reader's position; one that its tag does not
 // close reads as empty, since at each of many labels the NUL could be as far as
 // the movie's end.
@@ -48,11 +38,6 @@ bool IsLabel(const SParser& at, const char* label) {
   const bool equal = StrEqual(copy, label);
   FreeStr(copy);
   return equal;
-}
-
-void FreeCharacterTag(ScriptThread* thread) {
-  const uint16_t id = thread->GetWord();
-  if (id < kFirstSystemId) thread->player->FreeCharacter(id);
 }
 
 }  // namespace
@@ -100,6 +85,21 @@ DataSpan ScriptThread::AttachData(int32_t start, int32_t end) const {
   return {scriptBlock, const_cast<uint8_t*>(script) + start, end - start};
 }
 
+void ScriptThread::BackgroundColor() {
+  const SRGB color = GetColor(false);
+  if (display) display->SetBackgroundColor(color, kMoviePriority);
+}
+
+void ScriptThread::FrameActions() {
+  if (seeking || !display) return;
+  display->actionList.PushAction(AttachData(pos, tagEnd), this);
+}
+
+void ScriptThread::FreeCharacterTag() {
+  const uint16_t id = GetWord();
+  if (id < kFirstSystemId) player->FreeCharacter(id);
+}
+
 int32_t ScriptThread::DoTag() {
   if (atEnd) return kScriptAtEnd;
   if (display && display->tagsLeft <= 0) return kScriptWaiting;
@@ -124,12 +124,7 @@ int32_t ScriptThread::DoTag() {
       if (observer) observer->OnFrame(*this);
       break;
     case kTagFreeCharacter:
-      FreeCharacterTag(this);
-      break;
-    case kTagDefineShape:
-    case kTagDefineShape2:
-    case kTagDefineShape3:
-      DefineShape();
+      FreeCharacterTag();
       break;
     case kTagPlaceObject:
       PlaceObject();
@@ -141,55 +136,17 @@ int32_t ScriptThread::DoTag() {
     case kTagRemoveObject2:
       RemoveObject();
       break;
-    case kTagDefineBits:
-    case kTagDefineBitsLossless:
-    case kTagDefineBitsJPEG:
-    case kTagDefineBitsJPEGAlpha:
-    case kTagDefineBitsLosslessAlpha:
-      DefineBits();
-      break;
-    case kTagDefineJPEGTables:
-      DefineJPEGTables();
-      break;
-    case kTagDefineButton:
-    case kTagDefineButton2:
-      DefineButton();
-      break;
-    case kTagDefineButtonExtra:
-      DefineButtonExtra(1);
-      break;
     case kTagBackgroundColor:
-      BackgroundColor(this);
-      break;
-    case kTagDefineFont:
-      DefineFont();
-      break;
-    case kTagDefineFont2:
-      DefineFont2();
-      break;
-    case kTagDefineFontInfo:
-      DefineFontInfo();
-      break;
-    case kTagDefineText:
-    case kTagDefineText2:
-      DefineText();
-      break;
-    case kTagDefineEditText:
-      DefineEditText();
+      BackgroundColor();
       break;
     case kTagFrameActions:
-      FrameActions(this);
-      break;
-    case kTagDefineSprite:
-      DefineSprite();
+      FrameActions();
       break;
     case kTagFrameLabel:
       currentLabel = LabelOfTag(*this);
       break;
-    case kTagDefineMorphShape:
-      DefineMorphShape();
-      break;
     default:
+      DoDefinition();
       break;
   }
   pos = end;
