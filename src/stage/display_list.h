@@ -205,7 +205,9 @@ class DisplayList {
 
   PlayObserver* observer = nullptr;  // not owned; null for none
 
-  EditText* texts = nullptr;  // all fields, linked through `nextText`; their objects own them
+  // All text fields, linked through `nextText`; their objects own them. While it
+  // is null no variable is shown anywhere.
+  EditText* texts = nullptr;
 
   int32_t instanceNameCount = 0;  // automatic sprite names; never reset
 
@@ -215,7 +217,6 @@ class DisplayList {
   int32_t edgeCount = 0;  // items out, against the budgets
   int32_t objectCount = 0;
   int32_t colorCount = 0;
-  int32_t fieldCount = 0;  // text fields in being, kept by them
 
   ActionList actionList;
   // The lists that run at this moment, innermost last; none between runs.

@@ -13,6 +13,11 @@ namespace vexel {
 
 namespace {
 
+// What counts as a tag: a script can make a movie look for its fields as often
+// as it has actions.
+constexpr int32_t kObjectsPerTag = 16;
+constexpr int32_t kTextsPerTag = 4;
+
 SPlayer* PlayerOf(const EditText* text) {
   const ScriptPlayer* movie = text->object->character->player;
   return movie ? movie->splayer : nullptr;
@@ -43,13 +48,15 @@ bool IsInTree(const SObject* object, const SObject* top) {
 }
 
 // The first text in drawing order that is bound to `name` of `thread`.
-EditText* FindText(const SObject* object, const ScriptThread* thread, const char* name) {
+EditText* FindText(const SObject* object, const ScriptThread* thread, const char* name,
+                   int32_t* steps) {
+  ++*steps;
   if (EditText* text = object->editText) {
     const char* own = NameIn(text, thread);
     if (own && strcmp(own, name) == 0) return text;
   }
   for (const SObject* child = object->firstChild; child; child = child->next) {
-    if (EditText* text = FindText(child, thread, name)) return text;
+    if (EditText* text = FindText(child, thread, name, steps)) return text;
   }
   return nullptr;
 }
@@ -61,8 +68,10 @@ void SObject::EditTextMouse(const SPOINT* pixel, bool mouseIsDown) {
 }
 
 bool SObject::ScrollEditText(ScriptThread* thread, const char* name, int32_t mode, int32_t& value) {
-  if (!display->texts) return false;
-  EditText* text = FindText(this, thread, name);
+  if (!display->texts || display->tagsLeft <= 0) return false;
+  int32_t steps = 0;
+  EditText* text = FindText(this, thread, name, &steps);
+  display->SpendTags(steps / kObjectsPerTag);
   if (!text) return false;
   if (mode == kScrollGet) {
     value = WrapAdd(text->vscroll, 1);
@@ -82,7 +91,9 @@ bool SObject::ScrollEditText(ScriptThread* thread, const char* name, int32_t mod
 // stage's list of fields is gone through, and not the tree.
 void SObject::UpdateEditText(ScriptThread* thread, const char* name, const char* value,
                              bool force) {
-  for (EditText* text = display->texts; text; text = text->nextText) {
+  int32_t steps = 0;
+  for (EditText* text = display->texts; text && display->tagsLeft > 0; text = text->nextText) {
+    if (++steps % kTextsPerTag == 0) display->SpendTags(1);
     if (!StrEqual(NameIn(text, thread), name)) continue;
     if (!force && PlayerOf(text)->focus.Get() == text->object) continue;
     if (!IsInTree(text->object, this)) continue;

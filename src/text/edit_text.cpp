@@ -15,6 +15,7 @@
 #include "player/splayer.h"
 #include "player/text.h"
 #include "stage/display_list.h"
+#include "text/edit_record.h"
 
 namespace vexel {
 
@@ -60,20 +61,13 @@ EditText::EditText(SObject* owner) : object(owner), character(owner->character) 
   if (nextText) nextText->textLink = &nextText;
   stage->texts = this;
 
-  SParser parser(character->data.bytes, character->data.length);
-  flags = parser.GetWord();
-  if (flags & kEditTextHasFont) {
-    parser.GetWord();
-    parser.GetWord();
-  }
-  if (flags & kEditTextHasColor) parser.GetColor(true);
-  if (flags & kEditTextHasMaxLength) maxLength = parser.GetWord();
-  if (flags & kEditTextHasLayout) {
-    align = parser.GetByte();
-    // Margins, indent and leading: each Draw reads them.
-    for (int i = 0; i < 4; ++i) parser.GetWord();
-  }
+  // Margins, indent and leading are read by each Draw.
+  const EditRecord record(character);
+  flags = record.flags;
+  maxLength = record.maxLength;
+  align = record.align;
   stage->SpendTags(1 + character->data.length / kTextPerTag);
+  SParser parser(character->data.bytes, character->data.length, record.textsAt);
   variableName = TakeName(&parser, &m_charge);
   if (flags & kEditTextHasInitialText) initialText = TakeName(&parser, &m_charge);
   SetText({"", 0});

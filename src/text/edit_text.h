@@ -190,12 +190,16 @@ class EditText {
   bool EndsWord(int32_t index) const;
   // Where line `line` starts, inside the text as it is now.
   int32_t LineStart(int32_t line) const;
-  void DoCommand(int32_t key, bool shift, bool control);
-  void DeleteForward(bool shift, bool control);
+  bool MoveByKey(int32_t key, bool shift, bool control);
+  void EditByKey(int32_t key, bool shift, bool control);
+  void Type(uint16_t c);
+  void DeleteByKey(bool shift, bool control);
+  int32_t CursorInItsLine() const;
   void LineHome(bool shift, bool control);
   void LineEnd(bool shift, bool control);
   void LineUp(bool shift);
   void LineDown(bool shift);
+  void MoveToLine(int32_t line, int32_t column, bool shift);
   // A pixel in local units, by the last Draw.
   SPOINT LocalPoint(const SPOINT* pixel) const;
   // The ground that lines take: the character's bounds without the border.
