@@ -10,6 +10,7 @@
 #include "stage/display_list.h"
 #include "stage/object.h"
 #include "stage/text_edges.h"
+#include "text/edit_text.h"
 
 namespace vexel {
 
@@ -101,6 +102,9 @@ void SObject::BuildEdges(const STransform* t) {
     }
     case charText:
       BuildTextEdges(this, t);
+      break;
+    case charEditText:
+      if (editText) editText->Draw(t, true);
       break;
     default:
       break;
