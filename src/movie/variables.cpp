@@ -111,9 +111,15 @@ ScriptVariable* ScriptThread::MakeVariable(TextView name) {
   return variable;
 }
 
-void ScriptThread::StoreVariable(ScriptVariable* variable, ScriptValue value, bool) {
+void ScriptThread::StoreVariable(ScriptVariable* variable, ScriptValue value, bool updateFocus) {
   value.Own();
   variable->value = std::move(value);
+  if (!display || !display->texts) return;
+  // Showing a number leaves it one.
+  char scratch[kValueScratchSize];
+  const char* text =
+      variable->value.IsNumber() ? variable->value.View(scratch).bytes : variable->Text();
+  display->root.UpdateEditText(this, variable->name, text, updateFocus);
 }
 
 void ScriptThread::SetVariable(TextView name, ScriptValue value, bool updateFocus) {

@@ -1,5 +1,6 @@
 // Keys. A button may name a key that fires it wherever the pointer is; then
-// come the keys that lead from button to button.
+// come the keys that lead from button to button, and then the text field that
+// has the focus.
 #include "movie/character.h"
 #include "player/splayer.h"
 #include "stage/button.h"
@@ -43,7 +44,7 @@ bool SPlayer::FireButtonKey(int32_t key) {
 bool SPlayer::HandleKeyDown(int32_t key, int32_t modifiers) {
   if (!loaded) return false;
   display.ResetTagBudget();
-  return FireButtonKey(key) || TabKeyDown(key, modifiers);
+  return FireButtonKey(key) || TabKeyDown(key, modifiers) || TextKeyDown(key, modifiers);
 }
 
 }  // namespace vexel

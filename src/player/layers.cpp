@@ -80,6 +80,9 @@ void SPlayer::ClearScript() {
   FreeLayers();
   RectSetEmpty(&zoomRect);
   loaded = false;
+  dragObject.Set(nullptr);
+  focus.Set(nullptr);
+  saveFocus.Clear();
   SetCamera(kCameraShowSoon);
 }
 

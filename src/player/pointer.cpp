@@ -24,7 +24,7 @@ void SPlayer::MouseDown(const SPOINT* pt) {
   if (!loaded) return;
   display.ResetTagBudget();
   DoButton(pt, true, true);
-  if (display.button) return;
+  if (display.button || IsSelecting()) return;
   if (RectIsEmpty(&zoomRect)) {
     XReleaseCapture();
   } else {
@@ -38,10 +38,12 @@ void SPlayer::MouseUp(const SPOINT* pt) {
   if (!loaded) return;
   display.ResetTagBudget();
   if (dragObject) UpdateDragObject(pt);
-  if (panning) {
-    panning = false;
-  } else {
-    DoButton(pt, false, true);
+  if (!DrawSelection(pt, false)) {
+    if (panning) {
+      panning = false;
+    } else {
+      DoButton(pt, false, true);
+    }
   }
   XReleaseCapture();
 }
@@ -50,6 +52,7 @@ void SPlayer::MouseMove(const SPOINT* pt, bool mouseIsDown) {
   if (!loaded) return;
   display.ResetTagBudget();
   if (dragObject) UpdateDragObject(pt);
+  if (DrawSelection(pt, true)) return;
   if (!panning) {
     DoButton(pt, mouseIsDown, true);
     return;
@@ -62,17 +65,15 @@ void SPlayer::MouseMove(const SPOINT* pt, bool mouseIsDown) {
 
 void SPlayer::DoButton(const SPOINT* pt, bool mouseIsDown, bool updateScreen) {
   SObject* hit = display.HitButton(pt);
-  const bool overText = IsKind(hit, charEditText);
-  const bool changed = display.mouseOverEditText != overText;
-  display.mouseOverEditText = overText;
-  if (overText) {
-    if (mouseIsDown) {
-      XSetCapture();
-    } else {
-      XReleaseCapture();
-    }
+  bool changed;
+  if (IsKind(hit, charEditText)) {
+    changed = PointAtText(hit, pt, mouseIsDown);
     // A text never drives the buttons.
     hit = nullptr;
+  } else {
+    changed = display.mouseOverEditText;
+    display.mouseOverEditText = false;
+    if (mouseIsDown) UnfocusText();
   }
   if (display.SetButton(hit, mouseIsDown) || changed) {
     // The pointer hides the keyboard's frame.
@@ -99,10 +100,11 @@ void SPlayer::DoButton(const SPOINT* pt, bool mouseIsDown, bool updateScreen) {
 
 void SPlayer::DoButton(SObject* object, bool mouseIsDown, bool updateScreen) {
   if (IsKind(object, charEditText)) {
-    display.mouseOverEditText = true;
+    FocusText(object);
     return;
   }
   display.mouseOverEditText = false;
+  if (mouseIsDown) UnfocusText();
   if (object && !IsKind(object, charButton)) return;
   WeakSlot<SObject> framed(object);
   if (display.SetButton(object, mouseIsDown)) {

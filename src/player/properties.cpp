@@ -12,6 +12,7 @@
 #include "player/splayer.h"
 #include "player/text.h"
 #include "stage/object.h"
+#include "text/clipboard.h"
 
 namespace vexel {
 
@@ -125,11 +126,19 @@ void SetRotation(SObject* object, double degrees) {
   object->scriptControlled = true;
 }
 
-// What is hidden loses the keyboard's focus, frame included.
+bool IsWithin(const SObject* object, const SObject* top) {
+  while (object && object != top) object = object->parent;
+  return object != nullptr;
+}
+
+// What is hidden loses the keyboard's focus, frame included. A field keeps what
+// is selected in it.
 void TakeFocus(SPlayer* player, const SObject* hidden) {
-  const SObject* at = player->focusButton.button.Get();
-  while (at && at != hidden) at = at->parent;
-  if (!at) return;
+  if (IsWithin(player->focus.Get(), hidden)) {
+    player->focus.Set(nullptr);
+    PlayerOwnSelection(player, false);
+  }
+  if (!IsWithin(player->focusButton.button.Get(), hidden)) return;
   player->focusButton.button.Set(nullptr);
   DisplayList& display = player->display;
   display.InvalidateRect(&display.tabFocusRect);

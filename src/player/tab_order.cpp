@@ -112,6 +112,7 @@ SPlayer::ButtonWeight* SPlayer::BuildButtonTabMap() {
 }
 
 void SPlayer::ButtonTabNext() {
+  TabFromText();
   const int32_t weight = focusButton.button ? CalcButtonWeight(&focusButton.bounds) : kNoWeight;
   ButtonFocusRemove();
   ButtonWeight* map = BuildButtonTabMap();
@@ -131,6 +132,7 @@ void SPlayer::ButtonTabNext() {
 }
 
 void SPlayer::ButtonTabPrevious() {
+  TabFromText();
   const bool hadFocus = static_cast<bool>(focusButton.button);
   const int32_t weight = CalcButtonWeight(&focusButton.bounds);
   ButtonFocusRemove();
@@ -153,6 +155,7 @@ void SPlayer::ButtonTabPrevious() {
 // --- The focus ---
 
 void SPlayer::ButtonFocusSet(SObject* object) {
+  ClearFocus();
   DoButton(object, false, true);
   mouseState = kMouseUnknown;
 }

@@ -22,6 +22,13 @@ constexpr size_t kMaxSegment = 127;
 // What a path shows for an object without a name.
 constexpr char kNoName[] = "?";
 
+// Endings of a field's variable that speak of its scroll position.
+constexpr char kScroll[] = ".scroll";
+constexpr char kMaxScroll[] = ".maxscroll";
+
+// Objects passed by that count as a tag.
+constexpr int32_t kObjectsPerTag = 16;
+
 // "_level" and a layer's number of 16 bits.
 constexpr size_t kMaxLevelName = 12;
 
@@ -49,6 +56,25 @@ bool InPath(const SObject* object) {
 
 const char* PathName(const SObject* object) {
   return object->name ? object->name : kNoName;
+}
+
+// The ScrollMode that reads what the ending of a name asks for; -1 for none.
+int32_t ReadMode(const char* ending) {
+  if (strcmp(ending, kScroll) == 0) return kScrollGet;
+  if (strcmp(ending, kMaxScroll) == 0) return kScrollGetMax;
+  return -1;
+}
+
+// ScrollEditText of the field whose variable stands before `ending` in `name`;
+// false if there is none. The whole tree is gone through, which a script can
+// ask for with every action.
+bool ScrollField(DisplayList* stage, ScriptThread* thread, const char* name, const char* ending,
+                 int32_t mode, int32_t* line) {
+  if (!stage->SpendTags(1 + stage->objectCount / kObjectsPerTag)) return false;
+  char* field = CreateStr(name, static_cast<int32_t>(ending - name));
+  const bool found = field && stage->root.ScrollEditText(thread, field, mode, *line);
+  FreeStr(field);
+  return found;
 }
 
 // Copies the next name of a path, and returns what follows it and its slash.
@@ -154,7 +180,13 @@ ScriptThread* SPlayer::ResolveFrameNum(const char* text, ScriptThread* thread, i
 char* SPlayer::GetVariable(ScriptThread* thread, const char* text) {
   const char* name;
   ScriptThread* found = ResolveVariable(text, thread, &name);
-  if (!found || !name || strchr(name, '.')) return nullptr;
+  if (!found || !name) return nullptr;
+  if (const char* ending = strchr(name, '.')) {
+    int32_t line = 0;
+    const int32_t mode = ReadMode(ending);
+    const bool hasField = mode >= 0 && ScrollField(&display, found, name, ending, mode, &line);
+    return hasField ? ConvertIntegerToString(line) : nullptr;
+  }
   ScriptVariable* variable = found->FindVariable(name);
   return variable ? CreateStr(variable->Text()) : nullptr;
 }
@@ -163,7 +195,14 @@ void SPlayer::SetVariable(ScriptThread* thread, const char* text, const char* va
                           bool updateFocus) {
   const char* name;
   ScriptThread* found = ResolveVariable(text, thread, &name);
-  if (!found || !name || strchr(name, '.')) return;
+  if (!found || !name) return;
+  if (const char* ending = strchr(name, '.')) {
+    int32_t line;
+    if (strcmp(ending, kScroll) == 0 && ConvertStringToInteger(value, &line)) {
+      ScrollField(&display, found, name, ending, kScrollSet, &line);
+    }
+    return;
+  }
   found->SetVariable(name, value, updateFocus);
 }
 

@@ -136,7 +136,7 @@ void EditText::UpdateFromVariable() {
       SetText(variable->value.View(scratch));
     } else if (initialText) {
       SetBuffer(initialText);
-      thread->SetVariable(name, initialText);
+      thread->SetVariable(name, initialText, false);
     }
   }
   object->display->SpendTags(1 + length / kTextPerTag);
