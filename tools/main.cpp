@@ -18,6 +18,7 @@ int Run(int argc, char** argv) {
   AddCheckVerb(&app);
   AddRenderVerb(&app);
   AddImportVerb(&app);
+  AddFontVerb(&app);
   AddDumpVerb(&app);
   AddMakeVerb(&app);
   AddWatchVerb(&app);

@@ -10,6 +10,7 @@ void AddInfoVerb(CLI::App* app);
 void AddCheckVerb(CLI::App* app);
 void AddRenderVerb(CLI::App* app);
 void AddImportVerb(CLI::App* app);
+void AddFontVerb(CLI::App* app);
 void AddDumpVerb(CLI::App* app);
 void AddMakeVerb(CLI::App* app);
 void AddWatchVerb(CLI::App* app);
