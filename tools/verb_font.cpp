@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 
+#include "status.h"
 #include "verbs.h"
 #include "worker.h"
 

@@ -156,7 +156,7 @@ int16_t FontFile::Kerning(uint32_t left, uint32_t right) const {
 Bytes ReadFontFile(const std::string& path) {
   Bytes bytes;
   std::string error;
-  if (!ReadArtFile(path, &bytes, &error)) throw FontError(error);
+  if (!ReadArtFile(path, &bytes, &error)) throw FontError("cannot be read: " + error);
   return bytes;
 }
 

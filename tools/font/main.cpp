@@ -43,12 +43,13 @@ std::string NamesOf(const std::vector<uint32_t>& characters) {
 // The characters asked for one by one. Those that no record can list are a mistake.
 std::vector<author::WantedGlyph> Listed(const std::string& text) {
   std::vector<uint32_t> characters;
-  if (!author::DecodeUtf8(text, &characters)) throw Failure(kMisused, "--chars", "is no UTF-8");
+  if (!author::DecodeUtf8(text, &characters))
+    throw Failure(kMisused, "font", "--chars takes UTF-8");
   std::vector<author::WantedGlyph> wanted;
   for (uint32_t character : characters) {
     const uint32_t code = author::CodeOfCharacter(character);
     if (code == author::kNoCode)
-      throw Failure(kMisused, "--chars", NameOf(character) + " has no code in movies");
+      throw Failure(kMisused, "font", "--chars: " + NameOf(character) + " has no code in movies");
     wanted.push_back({character, static_cast<uint16_t>(code)});
   }
   return wanted;

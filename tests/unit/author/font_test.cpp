@@ -91,6 +91,31 @@ TEST(Font, InfoIsNameFlagsAndCodes) {
   EXPECT_EQ(out.bytes(), (Bytes{2, 'A', 'b', 6, 'a', 'b'}));
 }
 
+TEST(Font, BehindTheAdvancesStandBoundsAndPairs) {
+  Font font = TwoGlyphs();
+  const KerningPair pairs[] = {{'a', 'b', -20}};
+  Reader in(BoundsAndKerning(font, pairs));
+  EXPECT_EQ(in.U8(), 0u);  // an empty outline: a rectangle of no bits
+  in.Align();
+  const int bits = static_cast<int>(in.Bits(5));
+  EXPECT_EQ(in.SBits(bits), 0);
+  EXPECT_EQ(in.SBits(bits), 7);
+  EXPECT_EQ(in.SBits(bits), 0);
+  EXPECT_EQ(in.SBits(bits), 7);
+  EXPECT_EQ(in.U16(), 1u);
+  EXPECT_EQ(in.U8(), uint32_t('a'));
+  EXPECT_EQ(in.U8(), uint32_t('b'));
+  EXPECT_EQ(in.S16(), -20);
+  EXPECT_TRUE(in.done());
+}
+
+TEST(Font, PairsOfWideCodesAreWide) {
+  Font font;
+  font.flags = kFontWideCodes;
+  const KerningPair pairs[] = {{0x416, 0x410, 3}};
+  EXPECT_EQ(BoundsAndKerning(font, pairs), (Bytes{1, 0, 0x16, 4, 0x10, 4, 3, 0}));
+}
+
 TEST(Font, TheBlockFontIsSortedAndMeasures) {
   const Font font = BlockFont("Blocks");
   for (size_t i = 1; i < font.glyphs.size(); ++i) {
