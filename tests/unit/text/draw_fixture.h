@@ -68,9 +68,7 @@ inline std::ostream& operator<<(std::ostream& out, const Box& box) {
 class DrawFixture : public testing::Test {
  protected:
   DrawFixture() { Reset(); }
-  ~DrawFixture() override {
-    EXPECT_EQ(CheckStage(player->display), "");
-  }
+  ~DrawFixture() override { EXPECT_EQ(CheckStage(player->display), ""); }
 
   // A player whose built-in fonts are none at all.
   void Reset() {
