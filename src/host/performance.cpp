@@ -5,7 +5,6 @@
 
 #include "base/ref.h"
 #include "host/held.h"
-#include "zem/zem_services.h"
 
 namespace vexel {
 namespace {
@@ -14,6 +13,8 @@ constexpr UINT32 kMost = 70, kLeast = 30, kQuality = 4;
 
 // Longer texts are no numbers of use.
 constexpr UINT32 kTextSize = 32;
+
+}  // namespace
 
 UINT32 ReadNumber(IZEMPreferences* preferences, const char* key, UINT32 otherwise) {
   Held<IZEMBuffer> value;
@@ -27,8 +28,6 @@ UINT32 ReadNumber(IZEMPreferences* preferences, const char* key, UINT32 otherwis
   text[size] = 0;  // the buffer may lack its own
   return static_cast<UINT32>(strtol(text, nullptr, 10));
 }
-
-}  // namespace
 
 UINT32 GetPerformancePercentage(IUnknown* context) {
   Held<IZEMPreferences> preferences;

@@ -28,7 +28,6 @@ namespace vexel {
 class CDamageManager;
 class CDeScatterizer;
 class CRenderThreadManager;
-class HTTPPostServer;
 
 // What a load is for. Owned by whoever holds the pointer.
 struct LoadInfo {
@@ -220,45 +219,63 @@ class CVexelEngine : public IZEMRenderer,
   const FrameRing& WaitingFrames() const { return m_Ring; }
   bool IsLoading() const { return m_bLoading; }
   INT32 HoldMode() const { return m_nHoldMode; }
+  // What the pointer should look like: 0, 1 a view that can be moved, 2 a
+  // button, 3 text that can be selected.
+  INT32 PointerShape() const { return m_nCursor; }
 
  protected:
   ~CVexelEngine() override;
 
  private:
+  // An object of the client's, with a reference; `out` stays as it is without.
+  template <class T>
+  INT32 CreateObject(const ZEMID& id, T*& out) {
+    void* made = nullptr;
+    if (!m_pClassFactory) return ZEM_UNEXPECTED;
+    const INT32 result = m_pClassFactory->CreateInstance(id, &made);
+    if (result < 0) return result;
+    if (!made) return ZEM_FAILED;
+    out = static_cast<T*>(made);
+    return result;
+  }
   // engine_stream.cpp
-  void SetMode(IZEMValues* header, bool nonLinear);
-  INT32 StartMovie(IZEMBuffer* head);
-  void TakeMessage(IZEMPacket* packet, const UINT8* data, UINT32 size);
-  void TakeFrame(IZEMPacket* packet, const UINT8* data, UINT32 size);
-  void ApplyFrame(const UINT8* data, UINT32 size);
+  void SetMode(bool nonLinear, UINT32 numPackets);
+  void StartMovie(const UINT8* head, INT32 size);
+  void TakeMessage(IZEMPacket* packet, const UINT8* data, INT32 size);
+  void TakeFrame(IZEMPacket* packet, UINT8 head);
+  void ApplyFrame(const UINT8* data, INT32 size);
   void PlayDueFrames(UINT32 time);
   void StartCallback(UINT32 time);
   void StopCallback();
   // engine_site.cpp
-  void SetPictureSize(INT32 width, INT32 height);
+  void SetPictureSize(_QKxSize size);
   // engine_events.cpp
   bool KeyPressed(_XEvent* event);
   // engine_url.cpp
   bool DoCommand(const char* url);
   bool OpenInPlayer(const char* url, const char* target);
   void NSGetURL(const char* url, const char* target, const char* postData);
+  // Takes `info` over, which is null for a navigation.
   void NetscapeDoURL(const char* url, const char* target, const char* postData, LoadInfo* info);
   void LoadLayer(const char* url, INT32 layer, const char* postData, const char* target,
                  INT32 flags);
+  // Both take `notify` over.
   void DoGetURLNotify(const char* url, const char* target, LoadInfo* notify);
   void DoPostURLNotify(const char* url, const char* target, UINT32 length, const char* buffer,
                        LoadInfo* notify);
-  void PostNavigation(const char* url, const char* target, UINT32 length, const char* buffer);
-  // engine_load.cpp; `info` is taken over
-  bool BeginLoad(const char* url, LoadInfo* info);
+  // engine_load.cpp
+  bool BeginLoad(const char* url);
   void StartFileSystem(LoadState state);
   void DropLoad(const char* url, LoadInfo* info);
   INT32 RequestFile();
+  INT32 SetContentLength(IZEMRequest* request);
   INT32 FileOpened();
   void FailLoad();
-  void EndLoad();
+  void StopLoad();
   void ReadOn();
   void CloseFile();
+  ScriptPlayer* OpenTarget(const LoadInfo* info);
+  // Takes `info` over.
   void StreamInNew(StreamData* data, const char* url, LoadInfo* info);
   INT32 StreamInWrite(StreamData* data, const UINT8* bytes, INT32 length);
   void StreamInDestroy(StreamData* data);
@@ -303,7 +320,6 @@ class CVexelEngine : public IZEMRenderer,
   StreamData m_LoadStream;              // the load in progress
   bool m_bLoading = false;              // no other load can start
   IZEMBuffer* m_pPostBuffer = nullptr;  // body of a POST load
-  HTTPPostServer* m_pPostServer = nullptr;
   INT32 m_nFileState = kNoLoad;
   // Set while a read is being asked for, so that an answer inside the call goes
   // on in a loop and does not nest.
@@ -312,12 +328,11 @@ class CVexelEngine : public IZEMRenderer,
   bool m_bReadMore = false;
   UINT32 m_ulNumPackets = 0;  // of a non-linear stream
   bool m_bNonLinear = false;
-  bool m_bDestroying = false;
+  bool m_bDestroying = false;         // counts no longer matter
   ZTCallback* m_pCallback = nullptr;  // the clock behind the stream's end
   bool m_bSiteAttached = false;
   bool m_bCallbackStarted = false;
-  INT32 m_nCursor = 0;  // what the pointer should look like
-  bool m_bCursorChanged = false;
+  INT32 m_nCursor = 0;  // PointerShape
 };
 
 // The player's notifier of a missing character; `engine` is a CVexelEngine.
