@@ -139,7 +139,8 @@ void CQKString::ConcatInPlace(INT32 count, const char* source) {
   CStringData* block = Header();
   int64_t length = static_cast<int64_t>(block->length) + count;
   if (block->refs <= 1 && length <= block->allocLength) {
-    memmove(data + block->length, source, static_cast<size_t>(count));
+    // Even of our own text, the source ends where the new characters begin.
+    memcpy(data + block->length, source, static_cast<size_t>(count));
     block->length = static_cast<INT32>(length);
     data[length] = 0;
     return;
@@ -210,7 +211,14 @@ CQKString& CQKString::operator+=(const char* text) {
 }
 
 CQKString& CQKString::operator+=(char c) {
-  ConcatInPlace(1, &c);
+  CStringData* block = Header();
+  if (block->refs <= 1 && block->length < block->allocLength) {
+    ForgetField();
+    data[block->length++] = c;
+    data[block->length] = 0;
+  } else {
+    ConcatInPlace(1, &c);
+  }
   return *this;
 }
 
