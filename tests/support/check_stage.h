@@ -10,6 +10,7 @@
 #include "raster/edge.h"
 #include "raster/rcolor.h"
 #include "stage/display_list.h"
+#include "text/edit_text.h"
 
 namespace vexel::test {
 
@@ -17,6 +18,7 @@ struct StageCount {
   int32_t objects = 0;
   int32_t edges = 0;
   int32_t colors = 0;
+  int32_t texts = 0;
 };
 
 inline int32_t UsedItems(const ChunkAlloc& pool) {
@@ -46,6 +48,9 @@ inline std::string CheckTree(const SObject& parent, StageCount* count) {
     if (o->display != parent.display) return "wrong display" + where;
     if (o->nesting != parent.nesting + 1) return "wrong nesting" + where;
     if (o->depth < depth) return "children not sorted" + where;
+    if (o->editText) ++count->texts;
+    if (o->editText && o->editText->object != o) return "foreign field" + where;
+    if (o->editText && o->character->type != charEditText) return "needless field" + where;
     if (!o->character || o->character->uses < 1) return "no hold on the character" + where;
     if (o->thread && o->thread->rootObject != o && o->thread != parent.thread) {
       return "foreign timeline" + where;
@@ -76,6 +81,13 @@ inline std::string CheckStage(const DisplayList& stage) {
     if (t->rootObject && t->rootObject->thread != t) return "timeline without its object";
     link = &t->next;
   }
+  EditText* const* textLink = &stage.texts;
+  for (EditText* text = stage.texts; text; text = text->nextText) {
+    if (text->textLink != textLink) return "fields linked wrongly";
+    textLink = &text->nextText;
+    --count.texts;
+  }
+  if (count.texts != 0) return "fields out of count";
   if (stage.dirtyCount < 0 || stage.dirtyCount > kDirtyRects) return "dirty list too long";
   for (int32_t i = 0; i < stage.dirtyCount; ++i) {
     if (stage.dirtyArea[i] != RectArea(&stage.dirtyRect[i])) return "wrong dirty area";
