@@ -18,6 +18,9 @@ void FuzzBitmap(const uint8_t* data, size_t size);
 // A vector picture to import.
 void FuzzSvg(const uint8_t* data, size_t size);
 
+// A TrueType or OpenType font to embed.
+void FuzzFont(const uint8_t* data, size_t size);
+
 // Actions as text. The first byte chooses: bytes to print and assemble again,
 // mnemonics to assemble, or a script to compile.
 void FuzzActionsText(const uint8_t* data, size_t size);
@@ -47,6 +50,7 @@ inline constexpr Target kTargets[] = {
     {"movie", FuzzMovie},
     {"bitmap", FuzzBitmap},
     {"svg", FuzzSvg},
+    {"font", FuzzFont},
     {"actions_text", FuzzActionsText},
     {"make", FuzzMake},
     {"dump", FuzzDump},

@@ -10,6 +10,7 @@
 #include "author/writer.h"
 #include "random_block.h"
 #include "support/random_movie.h"
+#include "support/small_font.h"
 
 namespace {
 
@@ -162,6 +163,25 @@ void Svgs(const std::filesystem::path& folder) {
   }
 }
 
+void Fonts(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "font");
+  using vexel::test::SquareContour;
+  vexel::test::SmallFont font;
+  font.glyphs = {{' ', 250},
+                 {'A', 600, {SquareContour(100, 0, 400, 700), SquareContour(0, 200, 700, 90)}},
+                 {'o', 500, {{{0, 300, false}, {300, 300}, {300, 0, false}, {0, 0}}}},
+                 {0x416, 500, {SquareContour(0, -100, 300, 300)}}};
+  font.kerning = {{2, 3, -40}, {3, 3, 9}};
+  seeds.Add(vexel::test::TrueTypeFile(font));
+  font.glyphs = {
+      {'A', 600, {vexel::test::CubicCircle(300, 300, 200)}},
+      {'B',
+       600,
+       {vexel::test::CubicCircle(300, 300, 200), vexel::test::CubicCircle(400, 300, 90)}}};
+  font.kerning = {};
+  seeds.Add(vexel::test::OpenTypeFile(font));
+}
+
 void ActionTexts(const std::filesystem::path& folder) {
   Seeds seeds(folder, "actions_text");
   // Kinds as the entry chooses them.
@@ -231,6 +251,7 @@ int main(int argc, char** argv) {
   Texts(argv[1]);
   Bitmaps(argv[1]);
   Svgs(argv[1]);
+  Fonts(argv[1]);
   ActionTexts(argv[1]);
   Actions(argv[1]);
   Scripts(argv[1]);
