@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "player/random.h"
 #include "player/text.h"
 #include "raster/color_table.h"
 #include "status.h"
+#include "text/clipboard.h"
 
 namespace vexel::tools {
 
@@ -69,11 +71,16 @@ HeadlessPlayer::HeadlessPlayer(const MovieFile& movie, const ViewOptions& view,
   PushDataBuf(movie.bytes.data(), static_cast<int32_t>(movie.bytes.size()));
   if (scriptErr != 0) throw Failure(kFailed, movie.path, "not enough memory to play it");
   PushDataComplete();
+  s_copying = this;
+  SetClipboardPlatform({SetClipboard, StartPaste, nullptr});
 }
 
 // Defined here and not in the class, so that the class's tables exist once, in
 // the one source that is built like the core it derives from.
-HeadlessPlayer::~HeadlessPlayer() = default;
+HeadlessPlayer::~HeadlessPlayer() {
+  SetClipboardPlatform({});
+  s_copying = nullptr;
+}
 
 // The stage's list of dirty rectangles is cut and merged while it is painted;
 // the same is done here beforehand, on the list itself, which is put back.
@@ -110,6 +117,19 @@ void HeadlessPlayer::Step(int64_t count) {
     // A step that changes nothing would be followed by equal ones.
     if (!StepThreads()) return;
   }
+}
+
+void HeadlessPlayer::SetClipboard(const char* text) {
+  s_copying->Tell({.name = "clip", .text = text});
+}
+
+void HeadlessPlayer::StartPaste(SPlayer* player) {
+  static_cast<HeadlessPlayer*>(player)->pasteWaits_ = true;
+}
+
+bool HeadlessPlayer::Paste(const std::string& text) {
+  if (!std::exchange(pasteWaits_, false)) return false;
+  return PasteText(text.data(), static_cast<int32_t>(text.size()));
 }
 
 void HeadlessPlayer::Tell(const PlatformCall& call) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "geometry/rect.h"
@@ -41,6 +42,7 @@ struct PlayOptions {
   ActionTrace* actions = nullptr;     // not owned
 };
 
+// One at a time, as the clipboard is one for the process.
 class HeadlessPlayer : private StandingClock, public SPlayer {
  public:
   // Takes the whole movie in, as far as it can be shown, runs the actions of
@@ -54,6 +56,10 @@ class HeadlessPlayer : private StandingClock, public SPlayer {
 
   // Steps every timeline `count` times, running the actions of each step.
   void Step(int64_t count);
+
+  // Answers a paste that a text field waits for. False if none does, or if it
+  // has lost the focus since.
+  bool Paste(const std::string& text);
 
   // What the last Redraw painted, in pixels, xmax and ymax exclusive.
   const std::vector<SRECT>& painted() const { return painted_; }
@@ -80,10 +86,15 @@ class HeadlessPlayer : private StandingClock, public SPlayer {
   void NotePaint();
   void Tell(const PlatformCall& call);
   void TellOfScreen(const char* name);
+  static void SetClipboard(const char* text);
+  static void StartPaste(SPlayer* player);
+
+  static inline HeadlessPlayer* s_copying = nullptr;  // whose texts the clipboard takes
 
   SRECT client_;
   PlatformListener* calls_;
   std::vector<SRECT> painted_;
+  bool pasteWaits_ = false;
 };
 
 }  // namespace vexel::tools

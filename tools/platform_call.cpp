@@ -12,6 +12,7 @@ std::string CallText(const PlatformCall& call) {
     text.append(" flags=").append(std::to_string(call.flags));
   }
   if (call.frame) text.append(" ").append(std::to_string(*call.frame));
+  if (call.text) text.append(" ").append(Escaped(call.text));
   return text;
 }
 

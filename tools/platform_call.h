@@ -19,9 +19,12 @@ struct PlatformCall {
   int32_t flags = 0;
   // XSeek.
   std::optional<int32_t> frame{};
+  // "clip": what was copied.
+  const char* text = nullptr;
 };
 
-// "GetURL url=URL target=TARGET post=DATA flags=N", "XSeek FRAME", or the name.
+// "GetURL url=URL target=TARGET post=DATA flags=N", "XSeek FRAME",
+// "clip TEXT", or the name.
 std::string CallText(const PlatformCall& call);
 
 class PlatformListener {

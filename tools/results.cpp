@@ -73,6 +73,11 @@ void Results::Key(bool wanted) const {
   Put(wanted ? "key 1" : "key 0");
 }
 
+void Results::Paste(bool taken) const {
+  if (json_) return PutJson(Json{{"command", "paste"}, {"taken", taken}});
+  Put(taken ? "paste 1" : "paste 0");
+}
+
 void Results::Variable(const std::string& name, const std::optional<std::string>& value) const {
   if (json_)
     return PutJson(Json{{"command", "get"}, {"name", TextOf(name)}, {"value", TextOf(value)}});
@@ -151,6 +156,7 @@ void Results::OnCall(const PlatformCall& call) {
     object["flags"] = call.flags;
   }
   if (call.frame) object["frame"] = *call.frame;
+  if (call.text) object["text"] = TextOf(call.text);
   PutJson(object);
 }
 

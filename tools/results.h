@@ -19,6 +19,7 @@ class Results : public PlatformListener {
 
   // Texts are bytes as they are; nothing stands for what is not there.
   void Key(bool wanted) const;
+  void Paste(bool taken) const;
   void Variable(const std::string& name, const std::optional<std::string>& value) const;
   void Property(const std::string& path, int32_t index,
                 const std::optional<std::string>& value) const;
@@ -29,7 +30,7 @@ class Results : public PlatformListener {
   void Tree(const DisplayList& display) const;
   void Dirty(const std::vector<SRECT>& rects) const;
 
-  // What scripts ask of a browser and of a clock; calls of the screen are
+  // What scripts ask of a browser and of a clock, and what is copied; calls of the screen are
   // passed over.
   void OnCall(const PlatformCall& call) override;
 

@@ -101,8 +101,13 @@ void RunType(const Stage& stage, const ScriptArguments& args) {
   }
 }
 
-// No text field takes the focus, so there is no cursor to blink.
-void RunBlink(const Stage&, const ScriptArguments&) {}
+void RunPaste(const Stage& stage, const ScriptArguments& args) {
+  stage.results->Paste(stage.player->Paste(args.Text(0)));
+}
+
+void RunBlink(const Stage& stage, const ScriptArguments&) {
+  stage.player->BlinkCursor();
+}
 
 void RunGet(const Stage& stage, const ScriptArguments& args) {
   const std::string name = args.Text(0);
@@ -210,6 +215,7 @@ constexpr Command kCommands[] = {
     {"up",      "X Y",                    2, 2,     true,  RunUp},
     {"key",     "NAME [shift] [control]", 1, 3,     true,  RunKey},
     {"type",    "TEXT",                   1, kText, true,  RunType},
+    {"paste",   "TEXT",                   1, kText, true,  RunPaste},
     {"blink",   "",                       0, 0,     true,  RunBlink},
     {"get",     "NAME",                   1, kText, false, RunGet},
     {"set",     "NAME=TEXT",              1, kText, true,  RunSet},

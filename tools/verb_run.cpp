@@ -66,7 +66,10 @@ void AddRunVerb(CLI::App* app) {
                   "where random numbers start (1)");
   verb->add_flag("--json", options->json, "results as JSON, one object a line");
   AddTraceOption(verb, &options->trace);
-  verb->footer("Example: printf 'clock 500\\nshot half.png\\n' | vexel run clock.vxf -");
+  verb->footer(
+      "Example: printf 'clock 500\\nshot half.png\\n' | vexel run clock.vxf -\n"
+      "What a text field copies is printed as 'clip TEXT'; after 'key paste' it waits for "
+      "the line 'paste TEXT'.");
   verb->callback([=] { Run(*options); });
 }
 

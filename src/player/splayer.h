@@ -234,6 +234,10 @@ class SPlayer : public ScriptPlayer {
   bool HandleKeyDown(int32_t key, int32_t modifiers);
   // Movies know no releases of keys.
   void HandleKeyUp(int32_t, int32_t) {}
+  // A clipboard's answer to PlayerStartPaste, now or later: the text with the
+  // focus takes `size` bytes in, and its variable with it, as if typed. False
+  // if no text that can be edited has the focus.
+  bool PasteText(const char* bytes, int32_t size);
   // The cursor of the focused text changes its phase; the host calls this about
   // every half second.
   void BlinkCursor();

@@ -130,4 +130,15 @@ bool SPlayer::TextKeyDown(int32_t key, int32_t modifiers) {
   return true;
 }
 
+bool SPlayer::PasteText(const char* bytes, int32_t size) {
+  EditText* text = focus ? focus->editText : nullptr;
+  if (!text || text->flags & kEditTextReadOnly) return false;
+  display.ResetTagBudget();
+  text->Insert(bytes, size);
+  text->scrollToCursor = true;
+  WriteText(text);
+  if (focus) focus->Modify();
+  return true;
+}
+
 }  // namespace vexel

@@ -11,7 +11,7 @@ class SPlayer;
 struct ClipboardPlatform {
   // `text` is to be the clipboard's, valid during the call only.
   void (*setData)(const char* text) = nullptr;
-  // Answer, now or later, with EditText::Insert on the player's focus.
+  // Answer, now or later, with SPlayer::PasteText.
   void (*startPaste)(SPlayer* player) = nullptr;
   // The player has a selection that others may ask for, or gave it up.
   void (*ownSelection)(SPlayer* player, bool own) = nullptr;
