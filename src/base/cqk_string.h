@@ -37,6 +37,8 @@ class CQKString {
   CQKString& operator+=(const CQKString& other);
   CQKString& operator+=(const char* text);
   CQKString& operator+=(char c);
+  // Appends `count` characters, which may contain zeros.
+  void Append(const char* text, INT32 count) { ConcatInPlace(count, text); }
 
   // The characters, zero-terminated, until the string changes.
   operator const char*() const { return data; }

@@ -44,6 +44,9 @@ class CQKMapPtrToPtr : public MapTable<PtrAssoc> {
   }
   virtual bool ActualIsKeyValid(void*) const { return true; }
 
+ public:
+  virtual ~CQKMapPtrToPtr() = default;
+
  private:
   UINT32 Bucket(void* key) const { return static_cast<UINT32>(ActualHash(key) % hashTableSize); }
   PtrAssoc* Make(void* key);

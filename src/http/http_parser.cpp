@@ -1,0 +1,196 @@
+#include "http/http_parser.h"
+
+#include <strings.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "http/mime_scanner.h"
+
+namespace vexel {
+
+namespace {
+
+constexpr char kProtocol[] = "HTTP/";
+constexpr int kProtocolLength = 5;
+
+bool BeginsWithProtocol(const char* text) {
+  return strncasecmp(text, kProtocol, kProtocolLength) == 0;
+}
+
+INT32 ToDecimal(const char* text) {
+  long number = strtol(text, nullptr, 10);
+  if (number > 0x7FFFFFFF) return 0x7FFFFFFF;
+  return number < -0x7FFFFFFF ? -0x7FFFFFFF : static_cast<INT32>(number);
+}
+
+}  // namespace
+
+HTTPParser::~HTTPParser() {
+  clearMessageLines();
+}
+
+void HTTPParser::clearMessageLines() {
+  while (!IsEmpty()) delete static_cast<CQKString*>(RemoveHead());
+}
+
+// The line at `at`, which moves on.
+const CQKString& HTTPParser::NextLine(void*& at) const {
+  return *static_cast<CQKString*>(GetNext(at));
+}
+
+// Collects the lines up to the blank one; the bytes that they take, or 0 if the
+// blank line isn't there.
+UINT32 HTTPParser::scanMessageHeader(const char* data, UINT32 size) {
+  UINT32 lead = 0;
+  while (lead < size && data[lead] && strchr("\n\r \t", data[lead])) lead++;
+  // Required: blanks in front shorten the stream at its end.
+  MIMEInputStream stream(data, size - lead);
+  MIMEScanner scanner(stream);
+  bool afterLine = false;
+  for (;;) {
+    MIMEToken token = scanner.nextToken("\n");
+    CQKString* line = new (std::nothrow) CQKString(token.text);
+    if (!line) return 0;
+    if (!AddTail(line)) {
+      delete line;
+      return 0;
+    }
+    if (token.end == MIMEInputStream::kEnd) return 0;
+    if (afterLine && token.IsBlank()) break;
+    afterLine = true;
+  }
+  UINT32 position = stream.position() - (stream.hasPushedBack() ? 1 : 0);
+  return position > 0 ? position + lead : 0;
+}
+
+HTTPMessage* HTTPParser::parse(const char* data, UINT32& size) {
+  clearMessageLines();
+  UINT32 used = scanMessageHeader(data, size);
+  HTTPMessage* message = nullptr;
+  if (!IsEmpty() && used > 0) {
+    const CQKString& first = *static_cast<CQKString*>(GetHead());
+    message = BeginsWithProtocol(first) ? parseResponse() : parseRequest();
+    if (message) size = used;
+  } else if (!IsEmpty()) {
+    // A request without a version has no headers, and so no blank line.
+    message = parseRequest();
+    if (message && message->majorVersion() >= 1) {
+      delete message;
+      message = nullptr;
+    }
+  }
+  if (!message) size = 0;
+  return message;
+}
+
+HTTPMessage* HTTPParser::parseRequest() {
+  void* at = Begin();
+  HTTPMessage* message = parseRequestLine(NextLine(at));
+  if (message && message->majorVersion() >= 0) ParseHeaders(message, at);
+  return message;
+}
+
+HTTPMessage* HTTPParser::parseResponse() {
+  void* at = Begin();
+  HTTPMessage* message = parseResponseLine(NextLine(at));
+  if (message) ParseHeaders(message, at);
+  return message;
+}
+
+// Adds the headers of the lines from position `at` on.
+void HTTPParser::ParseHeaders(HTTPMessage* message, void* at) const {
+  while (at) message->addHeader(parseHeader(NextLine(at)));
+}
+
+HTTPMessage* HTTPParser::parseRequestLine(const CQKString& line) {
+  MIMEInputStream stream(line);
+  MIMEScanner scanner(stream);
+  CQKString method = scanner.nextToken(nullptr).text;
+  HTTPRequestMessage* message;
+  if (strcasecmp(method, "GET") == 0) {
+    message = new (std::nothrow) HTTPGetMessage;
+  } else if (strcasecmp(method, "HEAD") == 0) {
+    message = new (std::nothrow) HTTPHeadMessage;
+  } else if (strcasecmp(method, "POST") == 0) {
+    message = new (std::nothrow) HTTPPostMessage;
+  } else {
+    message = new (std::nothrow) HTTPUnknownMessage;
+  }
+  if (!message) return nullptr;
+  message->setURL(scanner.nextToken("\t \n").text);
+  SetVersionOf(message, scanner.nextToken(nullptr).text);
+  return message;
+}
+
+HTTPMessage* HTTPParser::parseResponseLine(const CQKString& line) {
+  MIMEInputStream stream(line);
+  MIMEScanner scanner(stream);
+  HTTPResponseMessage* message = new (std::nothrow) HTTPResponseMessage;
+  if (!message) return nullptr;
+  SetVersionOf(message, scanner.nextToken(nullptr).text);
+  message->setErrorCode(scanner.nextToken(nullptr).text);
+  message->setErrorMsg(scanner.nextToken("\n").text);
+  return message;
+}
+
+void HTTPParser::SetVersionOf(HTTPMessage* message, const CQKString& protocol) {
+  INT32 major = 0;
+  INT32 minor = 0;
+  if (!parseProtocolVersion(protocol, major, minor)) major = minor = 0;
+  message->setVersion(major, minor);
+}
+
+// Of "HTTP/" and two numbers with a point between; there is a number in front
+// of the point.
+bool HTTPParser::parseProtocolVersion(const CQKString& text, INT32& major, INT32& minor) {
+  int point = text.Find('.');
+  if (!BeginsWithProtocol(text) || point <= kProtocolLength) return false;
+  major = ToDecimal(text.Mid(kProtocolLength, point - kProtocolLength));
+  minor = ToDecimal(text.Mid(point + 1));
+  return true;
+}
+
+// Null for a line without a name.
+MIMEHeader* HTTPParser::parseHeader(const CQKString& line) {
+  MIMEInputStream stream(line);
+  MIMEScanner scanner(stream);
+  MIMEToken name = scanner.nextToken(":");
+  if (name.IsBlank()) return nullptr;
+  MIMEHeader* header = new (std::nothrow) MIMEHeader(name.text);
+  if (!header) return nullptr;
+  CQKString value = scanner.nextToken("\n").text;
+  if (strcasecmp(name.text, "WWW-Authenticate") == 0) {
+    parseWWWAuthenticateHeaderValues(value, header);
+  } else {
+    defaultParseHeaderValues(value, header);
+  }
+  return header;
+}
+
+void HTTPParser::defaultParseHeaderValues(const CQKString& text, MIMEHeader* header) {
+  MIMEInputStream stream(text);
+  MIMEScanner scanner(stream);
+  for (;;) {
+    MIMEToken token = scanner.nextToken(",");
+    if (!token.IsBlank()) parseHeaderValue(token.text, header);
+    if (token.end == '\n' || token.end == MIMEInputStream::kEnd) return;
+  }
+}
+
+// One value: what stands before the first ";" is an attribute, whatever it is.
+void HTTPParser::parseHeaderValue(const CQKString& text, MIMEHeader* header) {
+  MIMEInputStream stream(text);
+  MIMEScanner scanner(stream);
+  MIMEHeaderValue* value = nullptr;
+  for (MIMEToken token = scanner.nextToken(";"); !token.IsBlank();
+       token = scanner.nextToken("=;")) {
+    if (!value) value = new (std::nothrow) MIMEHeaderValue;
+    if (!value) return;
+    value->addParameter(token.text, token.end == '=' ? scanner.nextToken(";").text : CQKString());
+  }
+  header->addHeaderValue(value);
+}
+
+}  // namespace vexel

@@ -1,0 +1,130 @@
+#include "http/mime_scanner.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vexel {
+namespace {
+
+constexpr int kEnd = MIMEInputStream::kEnd;
+
+// The tokens of a text, each as "text>ended by", or "text$" at the end.
+std::string Tokens(const std::string& text, const char* delimiters, int count = 10) {
+  MIMEInputStream stream(text.data(), static_cast<UINT32>(text.size()));
+  MIMEScanner scanner(stream);
+  std::string tokens;
+  while (count-- > 0) {
+    MIMEToken token = scanner.nextToken(delimiters);
+    tokens += std::string(token.text, static_cast<size_t>(token.text.GetLength()));
+    if (token.end == kEnd) return tokens + '$';
+    tokens += '>';
+    tokens += static_cast<char>(token.end);
+    tokens += ' ';
+  }
+  return tokens;
+}
+
+TEST(MIMEInputStream, ReadsAndPushesBack) {
+  MIMEInputStream stream("abc", 3);
+  EXPECT_EQ(stream.peek(), 'a');
+  EXPECT_EQ(stream.read(), 'a');
+  stream.pushBack('x');
+  EXPECT_EQ(stream.available(), 2u);
+  EXPECT_EQ(stream.peek(), 'x');
+  EXPECT_EQ(stream.read(), 'x');
+  char rest[5];
+  EXPECT_EQ(stream.read(rest, 5), 2u);
+  EXPECT_EQ(std::string(rest, 2), "bc");
+  EXPECT_EQ(stream.read(), kEnd);
+  stream.pushBack(kEnd);
+  EXPECT_FALSE(stream.hasPushedBack());
+}
+
+TEST(MIMEInputStream, NeverGetsPastAByteOf255) {
+  MIMEInputStream stream(
+      "a\xFF"
+      "b",
+      3);
+  EXPECT_EQ(stream.read(), 'a');
+  EXPECT_EQ(stream.read(), kEnd);
+  EXPECT_EQ(stream.read(), kEnd);
+  EXPECT_EQ(stream.available(), 2u);
+}
+
+TEST(MIMEInputStream, BytesAreSigned) {
+  MIMEInputStream stream("\x80\0", 2);
+  EXPECT_EQ(stream.read(), -128);
+  EXPECT_EQ(stream.read(), 0);
+  EXPECT_EQ(stream.read(), kEnd);
+}
+
+TEST(MIMEInputStream, MeasuresTheDistanceToASet) {
+  MIMEInputStream stream("ab,c\xFF", 5);
+  EXPECT_EQ(stream.max_distance_to(",;"), 2u);
+  EXPECT_EQ(stream.max_distance_to(";"), 4u);
+  stream.pushBack('x');
+  EXPECT_EQ(stream.max_distance_to(","), 3u);
+  EXPECT_EQ(stream.max_distance_to("x"), 0u);
+}
+
+TEST(MIMEScanner, SplitsAtDelimiters) {
+  EXPECT_EQ(Tokens("a, b ,,c", ","), "a>, b >, >, c$");
+  EXPECT_EQ(Tokens("a=b;c", "=;"), "a>= b>; c$");
+  EXPECT_EQ(Tokens("", ","), "$");
+  EXPECT_EQ(Tokens(std::string("a\0b,c", 5), ","), std::string("a\0b>, c$", 8));
+}
+
+TEST(MIMEScanner, TakesThreeKindsOfLineEnds) {
+  EXPECT_EQ(Tokens("a\nb\r\nc\n\rd\re", "\n"), "a>\n b>\n c>\n d>\n e$");
+  EXPECT_EQ(Tokens("a\r\n\r\nb", "\n"), "a>\n >\n b$");
+  EXPECT_EQ(Tokens("a\n\nb", "\n"), "a>\n >\n b$");
+  EXPECT_EQ(Tokens("a\r", "\n"), "a>\n $");
+  EXPECT_EQ(Tokens("a\r\n", "\n"), "a>\n $");
+}
+
+TEST(MIMEScanner, JoinsFoldedLines) {
+  EXPECT_EQ(Tokens("a\r\n  b\n\tc\n\r d\r e", "\n"), "abcde$");
+  // An empty line does not go on, unless its end is a single character.
+  EXPECT_EQ(Tokens("\r\n b", "\n"), ">\n b$");
+  EXPECT_EQ(Tokens("\n b", "\n"), "b$");
+}
+
+TEST(MIMEScanner, ACarriageReturnMayBeADelimiter) {
+  EXPECT_EQ(Tokens("a\rb\nc", "\r"), "a>\r b>\n c$");
+}
+
+TEST(MIMEScanner, ReadsWords) {
+  EXPECT_EQ(Tokens("GET", nullptr), "GET$");
+  EXPECT_EQ(Tokens("a b", nullptr, 1), "a>  ");
+  EXPECT_EQ(Tokens("a-b", nullptr, 1), "a>- ");
+  EXPECT_EQ(Tokens("a\x7F", nullptr, 1), "a>\x7F ");
+  EXPECT_EQ(Tokens(std::string("a\0", 2), nullptr, 1), std::string("a>\0 ", 4));
+  // What ends a word stays.
+  EXPECT_EQ(Tokens("a:b", nullptr, 3), "a>: >: >: ");
+  EXPECT_EQ(Tokens("\xE4\xF6", nullptr), "\xE4\xF6$");
+}
+
+TEST(MIMEScanner, LineEndsAreEmptyWords) {
+  EXPECT_EQ(Tokens("\r\nx", nullptr), ">\n x$");
+  EXPECT_EQ(Tokens("\n\rx", nullptr), ">\n x$");
+  EXPECT_EQ(Tokens("\nx", nullptr), ">\n x$");
+  EXPECT_EQ(Tokens("\n", nullptr), ">\n $");
+}
+
+TEST(MIMEScanner, ReadsQuotedText) {
+  EXPECT_EQ(Tokens("\"a b;c\"d", nullptr), "a b;c>d d$");
+  EXPECT_EQ(Tokens("\"a", nullptr), "a$");
+  EXPECT_EQ(Tokens("\"a\"", nullptr), "a$");
+  EXPECT_EQ(Tokens("\"a\\\"b\"", nullptr), "a\"b$");
+}
+
+// Required: any character but a quote comes twice behind a backslash.
+TEST(MIMEScanner, ABackslashDoublesTheNextCharacter) {
+  EXPECT_EQ(Tokens("\"a\\bc\"", nullptr), "abbc$");
+  EXPECT_EQ(Tokens("a\\ b", nullptr, 1), "a >  ");
+  EXPECT_EQ(Tokens("a\\", nullptr), "a$");
+}
+
+}  // namespace
+}  // namespace vexel
