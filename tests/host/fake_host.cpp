@@ -182,7 +182,8 @@ INT32 FakeSite::DamageRect(_QKxRect rect) {
 INT32 FakeSite::ForceRedraw() {
   ++redraws;
   if (onRedraw) {
-    onRedraw();
+    const std::function<void()> call = onRedraw;  // which may set another
+    call();
     return ZEM_OK;
   }
   _QKxEvent event = {};
