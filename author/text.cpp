@@ -55,11 +55,18 @@ void WriteStaticText(BitWriter& out, const StaticText& text, bool alpha) {
 }
 
 TextRun MakeRun(const Font& font, uint16_t fontId, uint16_t height, std::string_view text) {
+  std::vector<uint32_t> codes;
+  for (char c : text) codes.push_back(static_cast<uint8_t>(c));
+  return MakeRun(font, fontId, height, codes);
+}
+
+TextRun MakeRun(const Font& font, uint16_t fontId, uint16_t height,
+                std::span<const uint32_t> codes) {
   TextRun run;
   run.font = fontId;
   run.height = height;
-  for (char c : text) {
-    const int index = font.Find(static_cast<uint8_t>(c));
+  for (uint32_t code : codes) {
+    const int index = font.Find(code);
     if (index == kAuto) continue;
     const int32_t advance = font.glyphs[static_cast<size_t>(index)].advance;
     run.glyphs.push_back({static_cast<uint32_t>(index), advance * height / kGlyphEm});

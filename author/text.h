@@ -41,8 +41,11 @@ struct StaticText {
 // Behind id and bounds.
 void WriteStaticText(BitWriter& out, const StaticText& text, bool alpha);
 
-// A run of a text in a font at a height; characters that the font lacks are
+// A run of characters in a font at a height; characters that the font lacks are
 // left out.
+TextRun MakeRun(const Font& font, uint16_t fontId, uint16_t height,
+                std::span<const uint32_t> codes);
+// The same of bytes, which are codes.
 TextRun MakeRun(const Font& font, uint16_t fontId, uint16_t height, std::string_view text);
 
 enum EditTextFlags : uint16_t {

@@ -12,8 +12,8 @@
 #include <exception>
 #include <string>
 
+#include "author/codes.h"
 #include "author/font_list.h"
-#include "author/fonts/codes.h"
 #include "author/fonts/embed.h"
 #include "author/movie_writer.h"
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "author/font.h"
 #include "author/language/source.h"
 #include "author/types.h"
 
@@ -24,6 +25,11 @@ class MovieFiles {
     (void)named;
     return beside;
   }
+  // The outlines of a font file's bytes: of the characters of `text`, or of all that bytes
+  // can stand for if it is empty. False with a cause in `error`; that there is nobody who reads
+  // fonts is one: their reader is a library of its own.
+  virtual bool ReadFont(const std::string& bytes, const std::string& text, Font* font,
+                        std::vector<std::string>* warnings, std::string* error);
 };
 
 // Files as the operating system knows them, first those beside the text that

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "author/codes.h"
 #include "author/language/maker.h"
 #include "author/script/cursor.h"
 
@@ -15,6 +16,16 @@ constexpr uint32_t kLastByteCode = 255;
 bool HasLayout(const Clauses& clauses) {
   return clauses.Has(Field::kAscent) || clauses.Has(Field::kDescent) ||
          clauses.Has(Field::kLeading);
+}
+
+// The measures that are said; the others stay.
+void SetMeasures(const Clauses& clauses, Font* font) {
+  const auto set = [&](Field field, int16_t* value) {
+    *value = static_cast<int16_t>(clauses.StoredOr(field, *value));
+  };
+  set(Field::kAscent, &font->ascent);
+  set(Field::kDescent, &font->descent);
+  set(Field::kLeading, &font->leading);
 }
 
 }  // namespace
@@ -34,22 +45,25 @@ void Maker::FontCharacter() {
   const std::string name = clauses.Has(Field::kName) ? clauses.TextOf(Field::kName) : "";
   FontState state;
   state.form = clauses.StoredOr(Field::kForm, 2) == 1 ? 1 : 2;
-  if (clauses.Has(Field::kBlocks)) {
+  const bool ready = clauses.Has(Field::kBlocks) || clauses.Has(Field::kFile);
+  if (clauses.Has(Field::kFile)) {
+    state.font = FontOfFile(clauses);
+    if (in_.AtBlock()) in_.Fail("a font of a file has its glyphs already");
+  } else if (clauses.Has(Field::kBlocks)) {
     state.font = BlockFont(name.empty() ? "Blocks" : name);
   } else {
     state.font.name = name;
     state.layout = HasLayout(clauses);
-    const auto number = [&](Field field) { return int16_t(clauses.StoredOr(field, 0)); };
-    state.font.ascent = number(Field::kAscent);
-    state.font.descent = number(Field::kDescent);
-    state.font.leading = number(Field::kLeading);
+    SetMeasures(clauses, &state.font);
   }
+  if (clauses.Has(Field::kChars) && !clauses.Has(Field::kFile))
+    clauses.Fail(Field::kChars, "chars goes with file");
   FontState* const outer = font_;
   font_ = &state;
   if (in_.AtBlock()) RunBlock(kInFont);
   font_ = outer;
   Font& font = state.font;
-  if (!clauses.Has(Field::kBlocks)) font.flags = FontFlagsFor(font, state.layout);
+  if (!ready) font.flags = FontFlagsFor(font, state.layout);
   if (clauses.Has(Field::kFlags)) font.flags = static_cast<uint16_t>(clauses.Stored(Field::kFlags));
   if (clauses.Has(Field::kBold)) font.flags |= kFontBold;
   if (clauses.Has(Field::kItalic)) font.flags |= kFontItalic;
@@ -61,6 +75,24 @@ void Maker::FontCharacter() {
     WriteFont2(body, font);
   Emit(state.form == 1 ? kTagDefineFont : kTagDefineFont2, body, clauses);
   fonts_[id] = std::move(font);
+}
+
+Font Maker::FontOfFile(const Clauses& clauses) {
+  if (clauses.Has(Field::kBlocks)) clauses.Fail(Field::kBlocks, "a file or blocks, not both");
+  const SourcePlace place = clauses.Get(Field::kFile).place;
+  const std::string path = Beside(clauses.TextOf(Field::kFile));
+  const std::string bytes = ReadFile(path, place);
+  Font font;
+  std::vector<std::string> warnings;
+  std::string error;
+  const std::string chars = clauses.Has(Field::kChars) ? clauses.TextOf(Field::kChars) : "";
+  if (!files_.ReadFont(bytes, chars, &font, &warnings, &error))
+    throw SourceError(place, path + ": " + error);
+  for (const std::string& warning : warnings) made_.warnings.push_back(path + ": " + warning);
+  if (clauses.Has(Field::kName)) font.name = clauses.TextOf(Field::kName);
+  SetMeasures(clauses, &font);
+  in_.Work(font.glyphs.size() * 64);
+  return font;
 }
 
 void Maker::GlyphEntry() {
@@ -188,13 +220,20 @@ void Maker::Run() {
 void Maker::RunLetters(const Clauses& clauses, TextRun* run) {
   const auto found = fonts_.find(text_->font);
   if (found == fonts_.end()) clauses.Fail(Field::kText, "the font is not one of this text's own");
-  const std::string& letters = clauses.TextOf(Field::kText);
-  if (letters.size() > 255) clauses.Fail(Field::kText, "a run has at most 255 letters");
-  for (char letter : letters) {
-    if (found->second.Find(static_cast<uint8_t>(letter)) == kAuto)
-      clauses.Fail(Field::kText, "the font has no " + QuoteText(std::string(1, letter)));
+  std::vector<uint32_t> codes;
+  for (uint32_t letter : CharactersOf(clauses.TextOf(Field::kText))) {
+    // Fonts written by hand may have letters for control characters.
+    const uint32_t code = letter < ' ' ? letter : CodeOfCharacter(letter);
+    if (code == kNoCode || found->second.Find(code) == kAuto) {
+      clauses.Fail(Field::kText,
+                   letter > ' ' && letter < 0x7F
+                       ? "the font has no " + QuoteText(std::string(1, static_cast<char>(letter)))
+                       : "the font has no " + CharacterName(letter));
+    }
+    codes.push_back(code);
   }
-  run->glyphs = MakeRun(found->second, text_->font, text_->height, letters).glyphs;
+  if (codes.size() > 255) clauses.Fail(Field::kText, "a run has at most 255 letters");
+  run->glyphs = MakeRun(found->second, text_->font, text_->height, codes).glyphs;
 }
 
 // Bounds from the line's height and the advances of its letters.

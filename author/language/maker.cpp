@@ -105,6 +105,12 @@ bool DiskFiles::Read(const std::string& path, size_t limit, std::string* bytes,
   return true;
 }
 
+bool MovieFiles::ReadFont(const std::string&, const std::string&, Font*, std::vector<std::string>*,
+                          std::string* error) {
+  *error = "no fonts are read here";
+  return false;
+}
+
 bool NoFiles::Read(const std::string&, size_t, std::string*, std::string* error) {
   *error = "no files are read here";
   return false;

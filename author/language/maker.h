@@ -212,6 +212,7 @@ class Maker : private CharacterNames {
 
   // Fonts and text (make_text.cpp).
   void FontCharacter();
+  Font FontOfFile(const Clauses& clauses);
   void FontInfo();
   void GlyphEntry();
   void TextCharacter();

@@ -120,9 +120,11 @@ constexpr StatementInfo kStatements[] = {
      "Colour transforms for a button of form 1.",
      "buttoncolors go { color multiply 50%, 100%, 100% }"},
     {"font", kTimelines, "NAME [= ID]",
-     "form name blocks bold italic flags ascent descent leading packed +tag", "glyph ...", "48, 10",
-     "A font. Form 1 holds outlines alone.",
-     "font f blocks name \"Squares\""},
+     "form name file chars blocks bold italic flags ascent descent leading packed +tag",
+     "glyph ...", "48, 10",
+     "A font. Form 1 holds outlines alone. Of a file, TrueType or OpenType, it takes the outlines "
+     "of some characters, and name, style and measures where no field says them.",
+     "font f blocks name \"Squares\"  font g file \"serif.ttf\" chars \"Hello\""},
     {"fontinfo", kTimelines, "FONT", "name flags codes packed +tag", nullptr, "13",
      "Name and codes of a font of form 1.", "fontinfo f name \"Squares\" codes 65, 66"},
     {"text", kTimelines, "NAME [= ID]", "form bounds +matrix packed +tag", "run ...", "33, 11",
@@ -185,7 +187,8 @@ constexpr StatementInfo kStatements[] = {
      "A letter of a font; its outlines are filled with fill 1.",
      "glyph \"I\" advance 400 { fill 1 rect 100, -700, 200, 700 }"},
     {"run", kInText, "", "font height color x y text glyphs count flags", nullptr, "",
-     "Letters in one font and colour. What it does not say stays as the run before left it.",
+     "Letters in one font and colour. What it does not say stays as the run before left it. The text "
+     "is UTF-8, or Windows-1252 where it is none; a text field's is always Windows-1252.",
      "run font f height 20 color red x 0 y 20 text \"HELLO\""},
 };
 // clang-format on

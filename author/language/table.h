@@ -107,6 +107,8 @@ enum class FieldKind : uint8_t {
   X(Bold, "bold", kFlag, 1, 0, 0, 0, 0, "a bold font")                                          \
   X(Italic, "italic", kFlag, 1, 0, 0, 0, 0, "a slanted font")                                   \
   X(Blocks, "blocks", kFlag, 1, 0, 0, 0, 0, "the built-in font of squares")                     \
+  X(Chars, "chars", kText, 1, 1, 1, 0, 0,                                                       \
+    "the characters to take of a font file; left out: those of Windows-1252")                   \
   X(Ascent, "ascent", kScaled, 1, 1, 1, -32768, 32767, "of 1024 units of the font's square")    \
   X(Descent, "descent", kScaled, 1, 1, 1, -32768, 32767, "of 1024 units")                       \
   X(Leading, "leading", kScaled, 1, 1, 1, -32768, 32767, "of 1024 units")                       \

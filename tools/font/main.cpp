@@ -8,9 +8,8 @@
 #include <new>
 
 #include "author/font_list.h"
-#include "author/fonts/codes.h"
-#include "author/fonts/embed.h"
 #include "author/fonts/specimen.h"
+#include "author/fonts/wanted.h"
 #include "author/language/dump.h"
 #include "out_file.h"
 #include "status.h"
@@ -22,84 +21,32 @@ namespace {
 
 namespace author = vexel::author;
 
-// Some that are missing are named, the others counted.
-constexpr size_t kNamed = 8;
-
-std::string NameOf(uint32_t character) {
-  char name[16];
-  std::snprintf(name, sizeof name, "U+%04X", character);
-  return name;
-}
-
-std::string NamesOf(const std::vector<uint32_t>& characters) {
-  std::string names;
-  for (size_t i = 0; i < characters.size() && i < kNamed; ++i)
-    names += (i == 0 ? "" : ", ") + NameOf(characters[i]);
-  if (characters.size() > kNamed)
-    names += " and " + std::to_string(characters.size() - kNamed) + " more";
-  return names;
-}
-
-// The characters asked for one by one. Those that no record can list are a mistake.
-std::vector<author::WantedGlyph> Listed(const std::string& text) {
-  std::vector<uint32_t> characters;
-  if (!author::DecodeUtf8(text, &characters))
-    throw Failure(kMisused, "font", "--chars takes UTF-8");
-  std::vector<author::WantedGlyph> wanted;
-  for (uint32_t character : characters) {
-    const uint32_t code = author::CodeOfCharacter(character);
-    if (code == author::kNoCode)
-      throw Failure(kMisused, "font", "--chars: " + NameOf(character) + " has no code in movies");
-    wanted.push_back({character, static_cast<uint16_t>(code)});
-  }
-  return wanted;
-}
-
-// The characters of a range that the font has.
-std::vector<author::WantedGlyph> InRange(const author::FontFile& file, uint32_t first,
-                                         uint32_t last) {
-  std::vector<author::WantedGlyph> wanted;
-  for (uint32_t character = first; character <= last; ++character) {
-    const uint32_t code = author::CodeOfCharacter(character);
-    if (code != author::kNoCode && file.GlyphOf(character) != 0)
-      wanted.push_back({character, static_cast<uint16_t>(code)});
-  }
-  return wanted;
-}
-
-// What a field can show without wide codes.
-std::vector<author::WantedGlyph> OfBytes(const author::FontFile& file) {
-  std::vector<author::WantedGlyph> wanted;
-  for (uint32_t byte = ' '; byte <= 0xFF; ++byte) {
-    const uint32_t character = author::CharacterOfByte(static_cast<uint8_t>(byte));
-    if (character != author::kNoCode && file.GlyphOf(character) != 0)
-      wanted.push_back({character, static_cast<uint16_t>(byte)});
-  }
-  return wanted;
-}
-
 bool EndsIn(const std::string& name, const char* ending) {
   const size_t length = std::strlen(ending);
   return name.size() >= length && name.compare(name.size() - length, length, ending) == 0;
 }
 
-void Embed(const std::string& path, const std::string& out, int argc, char** argv) {
+author::Font Take(const std::string& path, int argc, char** argv) {
   std::vector<author::WantedGlyph> wanted;
   const bool listed = argc == 2 && std::strcmp(argv[0], "chars") == 0;
-  if (listed) wanted = Listed(argv[1]);
+  std::string error;
+  if (listed && !author::WantedOfText(argv[1], &wanted, &error))
+    throw Failure(kMisused, "font", "--chars: " + error);
   const author::FontFile file(author::ReadFontFile(path));
   if (argc == 3 && std::strcmp(argv[0], "range") == 0) {
-    wanted = InRange(file, static_cast<uint32_t>(std::strtoul(argv[1], nullptr, 10)),
-                     static_cast<uint32_t>(std::strtoul(argv[2], nullptr, 10)));
+    wanted = author::WantedOfRange(file, static_cast<uint32_t>(std::strtoul(argv[1], nullptr, 10)),
+                                   static_cast<uint32_t>(std::strtoul(argv[2], nullptr, 10)));
   } else if (!listed) {
-    wanted = OfBytes(file);
+    wanted = author::WantedOfBytes(file);
   }
-  const author::Embedded made = author::EmbedFont(file, wanted);
-  if (made.font.glyphs.empty()) throw Failure(kFailed, path, "has none of the characters");
-  if (!made.missing.empty()) Warn(path, "lacks " + NamesOf(made.missing));
-  if (made.holed != 0)
-    Warn(path, "overlapping outlines stay so (" + std::to_string(made.holed) + " glyphs)");
-  const author::Bytes movie = author::SpecimenMovie(made.font);
+  std::vector<std::string> warnings;
+  author::Font font = author::TakeGlyphs(file, wanted, &warnings);
+  for (const std::string& warning : warnings) Warn(path, warning);
+  return font;
+}
+
+void Embed(const std::string& path, const std::string& out, int argc, char** argv) {
+  const author::Bytes movie = author::SpecimenMovie(Take(path, argc, argv));
   if (!out.empty() && !EndsIn(out, ".vxt")) {
     WriteWholeFile(out, movie.data(), movie.size());
     return;

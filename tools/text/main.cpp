@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "author/fonts/wanted.h"
 #include "author/importers.h"
 #include "author/language/dump.h"
 #include "author/language/make.h"
@@ -28,12 +29,22 @@ std::vector<uint8_t> ReadWhole(const std::string& path) {
   return bytes;
 }
 
+// Files that may be fonts.
+class TextFiles : public author::DiskFiles {
+ public:
+  using DiskFiles::DiskFiles;
+  bool ReadFont(const std::string& bytes, const std::string& text, author::Font* font,
+                std::vector<std::string>* warnings, std::string* error) override {
+    return author::TakeFont(bytes, text, font, warnings, error);
+  }
+};
+
 // Keeps the names of all files that a text asks for, and writes them down, a
 // line each, also when the text turns out to be wrong.
-class ListedFiles : public author::DiskFiles {
+class ListedFiles : public TextFiles {
  public:
   ListedFiles(std::string list, std::vector<std::string> folders)
-      : DiskFiles(std::move(folders)), list_(std::move(list)) {}
+      : TextFiles(std::move(folders)), list_(std::move(list)) {}
   ~ListedFiles() override {
     std::ofstream file(list_);
     for (const std::string& name : names_) file << name << "\n";
@@ -83,7 +94,7 @@ int main(int argc, char** argv) {
   namespace author = vexel::author;
   try {
     if (argc >= 4 && std::strcmp(argv[1], "make") == 0) {
-      author::DiskFiles files({argv + 4, argv + argc});
+      TextFiles files({argv + 4, argv + argc});
       Make(argv[2], argv[3], files);
     } else if (argc >= 5 && std::strcmp(argv[1], "make-listed") == 0) {
       ListedFiles files(argv[2], {argv + 5, argv + argc});

@@ -4,8 +4,8 @@
 
 #include <vector>
 
+#include "author/codes.h"
 #include "author/font_list.h"
-#include "author/fonts/codes.h"
 #include "author/language/record_reader.h"
 #include "text/built_in_fonts.h"
 

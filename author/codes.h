@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,7 +23,14 @@ uint32_t CharacterOfByte(uint8_t byte);
 // beyond the first plane.
 uint32_t CodeOfCharacter(uint32_t character);
 
-// The characters of a UTF-8 text. False if it is none.
+// "U+0416", for messages.
+std::string CharacterName(uint32_t character);
+
+// The characters of a UTF-8 text. False if it is none; some may be there then.
 bool DecodeUtf8(std::string_view text, std::vector<uint32_t>* characters);
+
+// The characters of a text that someone wrote: UTF-8, or Windows-1252 where it
+// is none. A byte without a character stands for the control of that number.
+std::vector<uint32_t> CharactersOf(std::string_view text);
 
 }  // namespace vexel::author

@@ -1,4 +1,4 @@
-#include "author/fonts/codes.h"
+#include "author/codes.h"
 
 #include <gtest/gtest.h>
 
@@ -43,6 +43,13 @@ TEST(Codes, WhatIsNoUtf8IsRefused) {
     std::vector<uint32_t> characters;
     EXPECT_FALSE(DecodeUtf8(text, &characters)) << text;
   }
+}
+
+TEST(Codes, ATextThatIsNoUtf8IsBytes) {
+  EXPECT_EQ(CharactersOf("\xC3\xA9"), (std::vector<uint32_t>{0xE9}));
+  EXPECT_EQ(CharactersOf("\x80\xE9\x81"), (std::vector<uint32_t>{0x20AC, 0xE9, 0x81}));
+  EXPECT_EQ(CharacterName(0x416), "U+0416");
+  EXPECT_EQ(CharacterName(0x1F600), "U+1F600");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-#include "author/fonts/codes.h"
+#include "author/codes.h"
 
+#include <cstdio>
 #include <iterator>
 
 namespace vexel::author {
@@ -44,6 +45,12 @@ uint32_t CodeOfCharacter(uint32_t character) {
   return character;
 }
 
+std::string CharacterName(uint32_t character) {
+  char name[16];
+  std::snprintf(name, sizeof name, "U+%04X", character);
+  return name;
+}
+
 bool DecodeUtf8(std::string_view text, std::vector<uint32_t>* characters) {
   // The least character that a sequence with this many further bytes is for.
   constexpr uint32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
@@ -67,6 +74,17 @@ bool DecodeUtf8(std::string_view text, std::vector<uint32_t>* characters) {
     characters->push_back(character);
   }
   return true;
+}
+
+std::vector<uint32_t> CharactersOf(std::string_view text) {
+  std::vector<uint32_t> characters;
+  if (DecodeUtf8(text, &characters)) return characters;
+  characters.clear();
+  for (char byte : text) {
+    const uint32_t character = CharacterOfByte(static_cast<uint8_t>(byte));
+    characters.push_back(character != kNoCode ? character : static_cast<uint8_t>(byte));
+  }
+  return characters;
 }
 
 }  // namespace vexel::author
