@@ -25,6 +25,13 @@ inline Bytes HeadOf(const Bytes& movie) {
   return Bytes(movie.begin(), movie.begin() + 8 + (5 + 4 * coordBits + 7) / 8 + 4);
 }
 
+inline Bytes Joined(const Bytes& head, const Bytes& tail) {
+  Bytes all(head.size() + tail.size());
+  std::copy(head.begin(), head.end(), all.begin());
+  std::copy(tail.begin(), tail.end(), all.begin() + static_cast<long>(head.size()));
+  return all;
+}
+
 // A movie of 100 by 80 pixels: each frame has its own background, and the red
 // box of character 1 stands at depth 1 from the first frame on.
 inline Bytes BoxMovie(int frames, int rate = 12) {
@@ -83,7 +90,7 @@ class EngineFixture : public ::testing::Test {
   void Play(const Bytes& movie, UINT32 duration = 10000) {
     const Bytes head = HeadOf(movie);
     Open(kNonLinear, head, duration);
-    Packet(Bytes(movie.begin() + static_cast<ptrdiff_t>(head.size()), movie.end()));
+    Packet(Bytes(movie.begin() + static_cast<long>(head.size()), movie.end()));
   }
   void OpenLinear() { Open(0, author::MovieWriter(100, 80, 12).Finish()); }
 
@@ -92,9 +99,7 @@ class EngineFixture : public ::testing::Test {
   }
   // Messages of a linear stream.
   INT32 Message(UINT8 head, const author::TagStream& tags, UINT32 time = 0) {
-    Bytes bytes = {head};
-    bytes.insert(bytes.end(), tags.bytes().begin(), tags.bytes().end());
-    return Packet(bytes, time);
+    return Packet(Joined({head}, tags.bytes()), time);
   }
   INT32 Frame(int sequence, UINT8 flags = 0, UINT32 time = 0, const author::TagStream& tags = {}) {
     return Message(static_cast<UINT8>(1 | flags | sequence << 4), tags, time);
