@@ -67,11 +67,12 @@ void CVexelEngine::FailLoad() {
 void CVexelEngine::StopLoad() {
   IZEMFileSystemManager* manager = m_pFileSystem;
   IZEMFileObject* file = m_pFileObject;
+  const bool closing = m_nFileState == kGetClosing || m_nFileState == kPostClosing;
   m_pFileSystem = nullptr;
   m_pFileObject = nullptr;
   m_nFileState = kNoLoad;
   if (manager) manager->Cancel();
-  if (file) file->Close();
+  if (file && !closing) file->Close();
   ReleaseAndClear(manager);
   ReleaseAndClear(file);
   ScriptPlayer* reader = m_LoadStream.Reader();

@@ -412,16 +412,6 @@ TEST_F(EngineStream, ClockMovesANonLinearMovie) {
   EXPECT_EQ(engine->CurrentFrame(), 11);
 }
 
-TEST_F(EngineStream, TextCursorBlinksEvery500Milliseconds) {
-  Play(BoxMovie(1));
-  const auto phase = [this](UINT32 time) {
-    engine->OnTimeSync(time);
-    return engine->cursorBlink;
-  };
-  const bool first = phase(500);
-  EXPECT_EQ(phase(501), first) << "no field has the focus";
-}
-
 TEST_F(EngineStream, CallbackStartsAtTheEndOfANonLinearStreamOnce) {
   Play(BoxMovie(3, 10), 1000);
   engine->OnTimeSync(999);
