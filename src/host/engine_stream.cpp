@@ -6,6 +6,7 @@
 #include "base/tick_count.h"
 #include "geometry/intmath.h"
 #include "host/cdescatterizer.h"
+#include "host/damage_manager.h"
 #include "host/held.h"
 #include "host/host_log.h"
 #include "host/render_thread_manager.h"
@@ -209,6 +210,11 @@ void CVexelEngine::StartMovie(const UINT8* head, INT32 size) {
     gotHeader = true;
   }
   SetPictureSize({SideInPixels(frame.xmin, frame.xmax), SideInPixels(frame.ymin, frame.ymax)});
+  if (m_bSiteAttached && m_pDamageManager) {
+    // A site shows another movie already: its picture changes along.
+    SetPictureSize(LimitPictureSize(GetMediaSize()));
+    m_pDamageManager->SetupDoubleBuffer(GetMediaSize());
+  }
   if (!m_bNonLinear) {
     DrawFrame(0, false);
     m_Ring.Create();

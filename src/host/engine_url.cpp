@@ -6,6 +6,7 @@
 #include "base/ref.h"
 #include "host/host_log.h"
 #include "host/vexel_engine.h"
+#include "http/http_post_server.h"
 #include "player/text.h"
 #include "player/url_builder.h"
 
@@ -156,7 +157,10 @@ void CVexelEngine::DoPostURLNotify(const char* url, const char* target, UINT32 l
     delete notify;
     return;
   }
-  if (!notify) return;
+  if (!notify) {
+    PostNavigation(url, target, length, buffer);
+    return;
+  }
   if (m_bLoading) {
     DropLoad(url, notify);
     return;
@@ -183,6 +187,18 @@ void CVexelEngine::DoPostURLNotify(const char* url, const char* target, UINT32 l
   m_pPostBuffer = body;
   if (body->Set(reinterpret_cast<const UINT8*>(buffer), length) < 0) return;
   StartFileSystem(kPostManager);
+}
+
+// The browser takes no data with an address, so it is sent to a page of ours
+// that posts them.
+void CVexelEngine::PostNavigation(const char* url, const char* target, UINT32 length,
+                                  const char* buffer) {
+  if (!m_pHyperNavigate) return;
+  if (!m_pPostServer) {
+    ReplaceRef(m_pPostServer, new (std::nothrow) HTTPPostServer(m_pContext, m_pPlayer));
+  }
+  const ScopedRef<HTTPPostServer> server(m_pPostServer);
+  if (m_pPostServer) m_pPostServer->WritePost(url, buffer, length, target);
 }
 
 void CVexelEngine::CreateURL(const char* base, const char* url, char*& out) {

@@ -3,6 +3,7 @@
 
 #include "base/ref.h"
 #include "base/tick_count.h"
+#include "http/http_post_server.h"
 #include "player/text.h"
 
 namespace vexel {
@@ -68,6 +69,8 @@ void CVexelEngine::Shutdown() {
   m_bSiteAttached = false;
   StopCallback();
   StopLoad();
+  if (m_pPostServer) m_pPostServer->Close();
+  ReleaseAndClear(m_pPostServer);
   if (m_pContextMenu) m_pContextMenu->SetResponse(nullptr);
   ReleaseAndClear(m_pContextMenu);
   m_pDamageManager = nullptr;

@@ -28,6 +28,7 @@ namespace vexel {
 class CDamageManager;
 class CDeScatterizer;
 class CRenderThreadManager;
+class HTTPPostServer;
 
 // What a load is for. Owned by whoever holds the pointer.
 struct LoadInfo {
@@ -263,6 +264,7 @@ class CVexelEngine : public IZEMRenderer,
   void DoGetURLNotify(const char* url, const char* target, LoadInfo* notify);
   void DoPostURLNotify(const char* url, const char* target, UINT32 length, const char* buffer,
                        LoadInfo* notify);
+  void PostNavigation(const char* url, const char* target, UINT32 length, const char* buffer);
   // engine_load.cpp
   bool BeginLoad(const char* url);
   void StartFileSystem(LoadState state);
@@ -316,10 +318,11 @@ class CVexelEngine : public IZEMRenderer,
   IZEMFileSystemManager* m_pFileSystem = nullptr;  // while opening
   IZEMFileObject* m_pFileObject = nullptr;
   bool m_bFirstStream = true;
-  StreamData m_MainStream;              // the client's stream
-  StreamData m_LoadStream;              // the load in progress
-  bool m_bLoading = false;              // no other load can start
-  IZEMBuffer* m_pPostBuffer = nullptr;  // body of a POST load
+  StreamData m_MainStream;                  // the client's stream
+  StreamData m_LoadStream;                  // the load in progress
+  bool m_bLoading = false;                  // no other load can start
+  IZEMBuffer* m_pPostBuffer = nullptr;      // body of a POST load
+  HTTPPostServer* m_pPostServer = nullptr;  // made at the first navigation with data
   INT32 m_nFileState = kNoLoad;
   // Set while a read is being asked for, so that an answer inside the call goes
   // on in a loop and does not nest.

@@ -626,6 +626,8 @@ TEST_F(EngineStream, LinearStreamBehindANonLinearOneStartsAfresh) {
   engine->OnTimeSync(0);
   EXPECT_EQ(engine->bits.width, 60);
   EXPECT_EQ(engine->bits.height, 50);
+  EXPECT_EQ(damage.m_lWidth, 60);
+  EXPECT_EQ(Pixel(5, 5), 0xC80000u);
   EXPECT_EQ(Stage(), "1 ");
 }
 
