@@ -78,6 +78,12 @@ void SCharacterParser::SelectLine(SStroker* stroker, bool wantWidth) {
 }
 
 void SCharacterParser::AddEdge(const CURVE* curve, SStroker* stroker) {
+  if (extent) {
+    SRECT box;
+    CurveBounds(curve, &box);
+    if (RectIsEmpty(&box)) ++box.xmin;  // a coordinate that only looks like no rectangle
+    RectUnion(extent, &box, extent);
+  }
   if (filling) AddCurve(curve);
   if (stroking) stroker->AddStrokeCurve(curve);
 }

@@ -35,6 +35,7 @@ class SCharacterParser : public SShapeParser {
   RColor* color2 = nullptr;
   int32_t depth = 0;          // divisions under way in AddCurve
   SObject* object = nullptr;  // receives the edges, not owned
+  SRECT* extent = nullptr;    // grows by the box of each curve; null for none
 
  private:
   void SetUp(SStroker* stroker, const SRECT* devBounds);

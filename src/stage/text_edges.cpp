@@ -8,9 +8,9 @@
 #include "movie/solid_color.h"
 #include "movie/tags.h"
 #include "raster/rcolor.h"
-#include "stage/character_parser.h"
 #include "stage/clip_color.h"
 #include "stage/display_list.h"
+#include "stage/glyph_edges.h"
 
 namespace vexel {
 
@@ -21,29 +21,6 @@ enum RunFlags : uint8_t {
   kRunColor = 0x04,
   kRunFont = 0x08,
 };
-
-// What starting a parser costs, as bytes of a glyph.
-static constexpr int32_t kGlyphCost = 32;
-
-uint32_t FontOffset(const SCharacter* font, uint32_t entry) {
-  const bool wide = (font->fontFlags & kFontWideOffsets) != 0;
-  const int32_t size = font->data.length;
-  const int64_t at = int64_t{entry} * (wide ? 4 : 2);
-  SParser table(font->data.bytes, size, static_cast<int32_t>(at < size ? at : size));
-  return wide ? table.GetDWord() : table.GetWord();
-}
-
-int32_t AddGlyphEdges(SObject* object, SCharacter* font, uint32_t glyph, const MATRIX* mat,
-                      RColor* color) {
-  const int32_t size = font->data.length;
-  const int64_t offset = FontOffset(font, glyph);
-  const int32_t start = static_cast<int32_t>(offset < size ? offset : size);
-  SCharacterParser parser(font->player, font->data.bytes, size, start, mat);
-  parser.object = object;
-  parser.UseGlyphColor(color);
-  parser.BuildEdges(false, &object->devBounds);
-  return kGlyphCost + parser.pos - start;
-}
 
 namespace {
 
@@ -60,6 +37,7 @@ class TextBuilder {
   SObject* m_object;
   const STransform* m_transform;
   SParser m_parser;
+  GlyphEdges m_glyphs;
   MATRIX m_textMat;
   MATRIX m_runMat;
   int32_t m_glyphBits = 0;
@@ -73,7 +51,8 @@ class TextBuilder {
 TextBuilder::TextBuilder(SObject* object, const STransform* t)
     : m_object(object),
       m_transform(t),
-      m_parser(object->character->data.bytes, object->character->data.length) {
+      m_parser(object->character->data.bytes, object->character->data.length),
+      m_glyphs(object) {
   MatrixIdentity(&m_runMat);
 }
 
@@ -115,7 +94,7 @@ bool TextBuilder::GetGlyphs() {
     if (m_font) {
       MATRIX mat;
       MatrixConcat(&m_runMat, &m_textMat, &mat);
-      m_glyphBytes += AddGlyphEdges(m_object, m_font, glyph, &mat, m_color);
+      m_glyphBytes += m_glyphs.Add(m_font, glyph, &mat, m_color);
       if (m_glyphBytes > kMaxGlyphBytes) return false;
     }
     m_runMat.tx = WrapAdd(m_runMat.tx, advance);

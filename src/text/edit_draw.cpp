@@ -15,9 +15,9 @@
 #include "raster/rcolor.h"
 #include "stage/clip_color.h"
 #include "stage/display_list.h"
+#include "stage/glyph_edges.h"
 #include "stage/rect_edges.h"
 #include "stage/stroker.h"
-#include "stage/text_edges.h"
 #include "text/edit_record.h"
 
 namespace vexel {
@@ -100,7 +100,8 @@ class EditDrawing {
         m_transform(t),
         m_outlines(outlines),
         m_record(text->object->character),
-        m_stroker(m_object->display, &m_object->edges) {}
+        m_stroker(m_object->display, &m_object->edges),
+        m_glyphs(m_object) {}
 
   bool Run();
 
@@ -131,6 +132,7 @@ class EditDrawing {
   EditRecord m_record;
   FontDesc m_font;
   SStroker m_stroker;
+  GlyphEdges m_glyphs;
   bool m_cursorShown = false;
   MATRIX m_glyphMat = {};  // font units to local
   int32_t m_glyphBytes = 0;
@@ -289,7 +291,7 @@ bool EditDrawing::DrawRow(const Row& row, const uint16_t* glyphs, const SCOORD* 
     m_glyphMat.tx = xs[i];
     MATRIX mat;
     MatrixConcat(&m_glyphMat, &m_text->devMatrix, &mat);
-    m_glyphBytes += AddGlyphEdges(m_object, m_font.font, glyph, &mat, color);
+    m_glyphBytes += m_glyphs.Add(m_font.font, glyph, &mat, color);
     if (m_glyphBytes > kMaxGlyphBytes) return false;
   }
   if (a != b) {

@@ -11,8 +11,8 @@
 #include "movie/sparser.h"
 #include "movie/tags.h"
 #include "player/splayer.h"
+#include "stage/glyph_edges.h"
 #include "stage/object.h"
-#include "stage/text_edges.h"
 #include "text/built_in_fonts.h"
 #include "text/edit_record.h"
 
