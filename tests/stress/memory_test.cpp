@@ -10,6 +10,7 @@
 #include "support/check_stage.h"
 #include "support/random_movie.h"
 #include "support/test_player.h"
+#include "text/edit_text.h"
 
 namespace vexel::test {
 namespace {
@@ -53,6 +54,24 @@ Bytes NestedMovie() {
   movie.DefineSprite(2, inner).DefineSprite(3, outer);
   movie.Place(3, 1).Place(1, 2).FrameEnd().FreeCharacter(1).RemoveObject(2).FrameEnd();
   movie.Place(3, 7).FrameActions(stop).FrameEnd().End();
+  return movie.Finish();
+}
+
+// A field in the movie's font and one in a built-in one.
+Bytes FieldMovie() {
+  author::EditTextField field;
+  field.flags = author::kEditBorder | author::kEditMultiline | author::kEditWordWrap;
+  field.font = 1;
+  field.height = 120;
+  field.variable = "words";
+  field.initialText = "ab cd\re";
+  MovieWriter movie(60, 40);
+  movie.DefineFont2(1, author::BlockFont("Blocks"));
+  movie.DefineEditText(2, author::Rect::Pixels(0, 0, 30, 40), field).Place(2, 1);
+  field.flags |= author::kEditOutlines;
+  movie.DefineEditText(3, author::Rect::Pixels(0, 0, 30, 40), field);
+  movie.Place(3, 2, author::Matrix::Translate(600, 0)).FrameEnd();
+  movie.Move(2, author::Matrix::Translate(500, 40)).FrameEnd().End();
   return movie.Finish();
 }
 
@@ -137,6 +156,32 @@ TEST(OutOfMemory, AnySingleAllocationOfANestedMovieMayFail) {
 
 TEST(OutOfMemory, MemoryMayEndAnywhereInANestedMovie) {
   LiveWithout(NestedMovie(), FailMode::kForever);
+}
+
+TEST(OutOfMemory, AnySingleAllocationOfTextFieldsMayFail) {
+  LiveWithout(FieldMovie(), FailMode::kOnce);
+}
+
+TEST(OutOfMemory, MemoryMayEndAnywhereInTextFields) {
+  LiveWithout(FieldMovie(), FailMode::kForever);
+}
+
+// What ran out of memory is laid out whole when it is drawn again.
+TEST(OutOfMemory, AFieldThatCouldNotBeDrawnIsDrawnLater) {
+  for (int64_t n = 1;; ++n) {
+    TestPlayer player(60, 40);
+    player.fontState = FontState::kLoaded;
+    player.Push(FieldMovie());
+    const EditText* text = player.rootObject->firstChild->next->editText;
+    ArmAllocations(FailMode::kOnce, n);
+    player.display.Update();
+    if (!DisarmAllocations()) break;
+    player.rootObject->firstChild->next->Modify();
+    player.display.Update();
+    ASSERT_TRUE(text->drawn) << n;
+    ASSERT_EQ(text->lineCount, 2) << n;
+    ASSERT_EQ(text->charWidths.Count(), text->length + 1) << n;
+  }
 }
 
 class OutOfMemoryInRandomMovies : public testing::TestWithParam<uint32_t> {};
