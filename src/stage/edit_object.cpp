@@ -17,20 +17,31 @@ namespace {
 // as it has actions.
 constexpr int32_t kObjectsPerTag = 16;
 constexpr int32_t kTextsPerTag = 4;
+constexpr int32_t kPathBytesPerTag = 16;
 
 SPlayer* PlayerOf(const EditText* text) {
   const ScriptPlayer* movie = text->object->character->player;
   return movie ? movie->splayer : nullptr;
 }
 
-// The name of `text`'s variable if that belongs to `thread`, else null.
-const char* NameIn(const EditText* text, const ScriptThread* thread) {
+// The name of the variable that `text` shows, without its path; null for none.
+const char* NameOf(const EditText* text) {
+  const char* name = text->variableName;
+  const char* colon = name ? strchr(name, ':') : nullptr;
+  return colon ? colon + 1 : name;
+}
+
+// True if that variable belongs to `thread`. The last question to ask: paths
+// are long ways.
+bool IsBoundTo(const EditText* text, const ScriptThread* thread) {
   SPlayer* player = PlayerOf(text);
-  if (!player) return nullptr;
+  if (!player) return false;
   const char* name = nullptr;
   const ScriptThread* found =
       player->ResolveVariable(text->variableName, text->object->thread, &name);
-  return found == thread ? name : nullptr;
+  const auto path = static_cast<int32_t>(name - text->variableName);
+  if (path > 0) text->object->display->SpendTags(1 + path / kPathBytesPerTag);
+  return found == thread;
 }
 
 // True if `object` is `top` or below it, and not on hold.
@@ -52,8 +63,8 @@ EditText* FindText(const SObject* object, const ScriptThread* thread, const char
                    int32_t* steps) {
   ++*steps;
   if (EditText* text = object->editText) {
-    const char* own = NameIn(text, thread);
-    if (own && strcmp(own, name) == 0) return text;
+    const char* own = NameOf(text);
+    if (own && strcmp(own, name) == 0 && IsBoundTo(text, thread)) return text;
   }
   for (const SObject* child = object->firstChild; child; child = child->next) {
     if (EditText* text = FindText(child, thread, name, steps)) return text;
@@ -94,7 +105,7 @@ void SObject::UpdateEditText(ScriptThread* thread, const char* name, const char*
   int32_t steps = 0;
   for (EditText* text = display->texts; text && display->tagsLeft > 0; text = text->nextText) {
     if (++steps % kTextsPerTag == 0) display->SpendTags(1);
-    if (!StrEqual(NameIn(text, thread), name)) continue;
+    if (!StrEqual(NameOf(text), name) || !IsBoundTo(text, thread)) continue;
     if (!force && PlayerOf(text)->focus.Get() == text->object) continue;
     if (!IsInTree(text->object, this)) continue;
     text->SetBuffer(value);

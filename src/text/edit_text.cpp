@@ -98,6 +98,7 @@ void EditText::TakeBuffer(uint16_t* entries, int32_t room) {
 }
 
 void EditText::SetText(TextView text) {
+  object->display->SpendTags(1 + text.length / kTextPerTag);
   if (!ChargeScriptText(BufferBytes(text.length))) return;
   uint16_t* wide = MBCSToWide(text.bytes, 0, text.length);
   if (!wide) {
@@ -139,7 +140,6 @@ void EditText::UpdateFromVariable() {
       thread->SetVariable(name, initialText, false);
     }
   }
-  object->display->SpendTags(1 + length / kTextPerTag);
   if (!player->saveFocus.Restore(this)) return;
   // The text may have become shorter since.
   selectionAnchor = Clamped(selectionAnchor, length);
@@ -155,7 +155,7 @@ bool EditText::Expand(int32_t n) {
     ChargeScriptText(-BufferBytes(n));
     return false;
   }
-  if (buffer) memcpy(grown, buffer, static_cast<size_t>(length) * sizeof *grown);
+  if (buffer) WideStrCopy(grown, buffer);
   TakeBuffer(grown, n);
   return true;
 }

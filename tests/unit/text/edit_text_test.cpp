@@ -147,6 +147,14 @@ TEST_F(Texts, FieldsGiveBackWhatTheyTookOfTheBudget) {
   }
 }
 
+TEST_F(Texts, LongTextsArePaidForOutOfTheTagBudget) {
+  Make("");
+  const std::string long_text(1 << 20, 'a');
+  const int32_t before = player->display.tagsLeft;
+  text->SetBuffer(long_text.c_str());
+  EXPECT_LE(player->display.tagsLeft, before - (1 << 14));
+}
+
 TEST_F(Texts, AFieldShowsItsVariable) {
   PlaceBound("given", "text");
   EXPECT_EQ(Text(), "42");
