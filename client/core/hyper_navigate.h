@@ -1,0 +1,36 @@
+// Opens pages in the user's browser.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "object.h"
+
+namespace vexel::client {
+
+class HyperNavigate : public Object<IZEMHyperNavigate> {
+ public:
+  // Takes a page instead of the command. False refuses it.
+  using Opener = std::function<bool(const std::string& url, const std::string& target)>;
+
+  // `command` is a program and its arguments, quoted as in a shell but run
+  // without one; "%u" stands for the URL, which else comes last.
+  explicit HyperNavigate(std::string command = "xdg-open");
+  explicit HyperNavigate(Opener opener);
+
+  // ZEM_FAILED for a URL that a movie may not open (see MayOpen), one that was
+  // refused, and a command that can't be run.
+  INT32 GoToURL(const char* url, const char* target) override;
+
+  // Pages and mail only: a movie must not start a file of the user's, nor run a
+  // script in a page that is open.
+  static bool MayOpen(const std::string& url);
+
+ private:
+  Opener opener_;
+};
+
+// Runs the command for a URL and does not wait for it.
+bool RunForURL(const std::string& command, const std::string& url);
+
+}  // namespace vexel::client

@@ -1,0 +1,79 @@
+// Sockets for the plug-in: real ones, non-blocking, on the loopback only. A
+// movie has no business on the network beyond this machine; pages and files
+// from there come by the browser and the file system.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "event_loop.h"
+#include "object.h"
+#include "tcp_connection.h"
+
+namespace vexel::client {
+
+class NetworkServices : public Object<IZEMNetworkServices> {
+ public:
+  // The loop must live as long as all sockets.
+  explicit NetworkServices(EventLoop* loop) : loop_(loop) {}
+
+  INT32 CreateTCPSocket(IZEMTCPSocket*& socket) override;
+  INT32 CreateUDPSocket(IUnknown*& socket) override;  // ZEM_NOT_IMPLEMENTED
+  INT32 CreateListenSocket(IZEMListenSocket*& socket) override;
+
+ private:
+  EventLoop* loop_;
+};
+
+class ListenSocket : public Object<IZEMListenSocket> {
+ public:
+  explicit ListenSocket(EventLoop* loop) : loop_(loop) {}
+  // ZEM_FAILED for an address beyond 127.0.0.0/8. Port 0 takes a free one.
+  INT32 Listen(UINT32 address, UINT16 port, IZEMListenResponse* response) override;
+  // The port that it listens on, 0 for none.
+  UINT16 port() const { return port_; }
+
+ protected:
+  ~ListenSocket() override;
+
+ private:
+  void WatchIt();
+  void Accept();
+
+  EventLoop* loop_;
+  int descriptor_ = -1;
+  UINT16 port_ = 0;
+  Ref<IZEMListenResponse> response_;
+  Watch watch_;
+};
+
+class TcpSocket : public Object<IZEMTCPSocket> {
+ public:
+  explicit TcpSocket(EventLoop* loop) : loop_(loop) {}
+  // Around a descriptor that is connected.
+  TcpSocket(EventLoop* loop, int connected);
+
+  INT32 Init(IZEMTCPResponse* response) override;
+  INT32 Bind(UINT32 address, UINT16 port) override;
+  // "localhost" or an address of 127.0.0.0/8; others are told that it failed.
+  INT32 Connect(const char* host, UINT16 port) override;
+  INT32 WantWrite() override;
+  INT32 Read(UINT32 count) override;
+  INT32 Write(IZEMBuffer* buffer) override;
+
+ protected:
+  ~TcpSocket() override;
+
+ private:
+  void Attach(int descriptor);
+  void FinishConnect();
+  void ConnectDone(INT32 status);
+
+  EventLoop* loop_;
+  int connecting_ = -1;  // descriptor on its way to be connected, or just bound
+  Watch connectWatch_;
+  std::shared_ptr<TcpConnection> connection_;
+  Ref<IZEMTCPResponse> response_;
+};
+
+}  // namespace vexel::client

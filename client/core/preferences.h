@@ -1,0 +1,37 @@
+// What the user set, in a file of the user's configuration folder.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "object.h"
+
+namespace vexel::client {
+
+class Preferences : public Object<IZEMPreferences> {
+ public:
+  // Reads the file, if there is one.
+  explicit Preferences(std::string path);
+  // "vexel/preferences.ini" in the user's configuration folder.
+  static std::string DefaultPath();
+
+  INT32 ReadPref(const char* key, IZEMBuffer*& value) override;
+  // Writes the file at once. ZEM_FAILED if it can't be written; the value then
+  // holds for this process only.
+  INT32 WritePref(const char* key, IZEMBuffer* value) override;
+
+  std::optional<std::string> Get(const std::string& key) const;
+  bool Set(const std::string& key, const std::string& value);
+  // For this process only.
+  void SetForNow(const std::string& key, const std::string& value) { now_[key] = value; }
+
+ private:
+  bool Save() const;
+
+  std::string path_;  // empty: nothing is written
+  std::map<std::string, std::string> kept_;
+  std::map<std::string, std::string> now_;
+};
+
+}  // namespace vexel::client
