@@ -1,4 +1,4 @@
-#include "answers.h"
+#include "client/core/answers.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@
 #include <list>
 #include <memory>
 
-#include "event_loop.h"
+#include "client/core/event_loop.h"
 
 namespace vexel::client {
 

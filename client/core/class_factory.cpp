@@ -1,6 +1,6 @@
-#include "class_factory.h"
+#include "client/core/class_factory.h"
 
-#include "values.h"
+#include "client/core/values.h"
 
 namespace vexel::client {
 

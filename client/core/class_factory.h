@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

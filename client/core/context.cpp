@@ -1,4 +1,4 @@
-#include "context.h"
+#include "client/core/context.h"
 
 namespace vexel::client {
 

@@ -1,4 +1,4 @@
-#include "context_menu.h"
+#include "client/core/context_menu.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

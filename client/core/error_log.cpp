@@ -1,4 +1,4 @@
-#include "error_log.h"
+#include "client/core/error_log.h"
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 // Thin: a std::function beside each GSource. A source keeps its function alive
 // while it runs, so a function may end its own watch.
-#include "event_loop.h"
+#include "client/core/event_loop.h"
 
 #include <glib-unix.h>
 #include <glib.h>

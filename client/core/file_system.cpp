@@ -1,12 +1,12 @@
-#include "file_system.h"
+#include "client/core/file_system.h"
 
 #include <glib.h>
 
 #include <cctype>
 #include <utility>
 
-#include "http_file.h"
-#include "local_file.h"
+#include "client/core/http_file.h"
+#include "client/core/local_file.h"
 
 namespace vexel::client {
 

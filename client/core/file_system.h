@@ -5,17 +5,17 @@
 #include <memory>
 #include <string>
 
-#include "answers.h"
-#include "event_loop.h"
-#include "http_service.h"
-#include "object.h"
+#include "client/core/answers.h"
+#include "client/core/event_loop.h"
+#include "client/core/http_service.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 
 // What all file systems of a client share.
 struct FileAccess {
-  EventLoop* loop;
-  HttpService* http;
+  EventLoop* loop = nullptr;
+  HttpService* http = nullptr;
   AnswerCount pending = std::make_shared<int>(0);
   // A movie from a web server has no business in this machine's files.
   bool allowLocal = true;

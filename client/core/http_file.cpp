@@ -1,11 +1,11 @@
 // The download only fills in what has come; calls are answered from the loop,
 // so nothing of the plug-in runs inside libcurl.
-#include "http_file.h"
+#include "client/core/http_file.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "values.h"
+#include "client/core/values.h"
 
 namespace vexel::client {
 

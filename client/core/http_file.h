@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "answers.h"
-#include "file_system.h"
-#include "http_service.h"
-#include "object.h"
+#include "client/core/answers.h"
+#include "client/core/file_system.h"
+#include "client/core/http_service.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

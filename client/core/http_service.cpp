@@ -1,6 +1,6 @@
 // libcurl's multi interface names the sockets to wait for and one timer; both
 // become watches of the loop.
-#include "http_service.h"
+#include "client/core/http_service.h"
 
 #include <curl/curl.h>
 

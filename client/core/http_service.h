@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "event_loop.h"
+#include "client/core/event_loop.h"
 
 typedef void CURL;
 typedef void CURLM;

@@ -1,4 +1,4 @@
-#include "hyper_navigate.h"
+#include "client/core/hyper_navigate.h"
 
 #include <glib.h>
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <utility>
 
-#include "loopback.h"
-#include "network_services.h"
+#include "client/core/loopback.h"
+#include "client/core/network_services.h"
 
 namespace vexel::client {
 

@@ -1,4 +1,4 @@
-#include "local_file.h"
+#include "client/core/local_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "values.h"
+#include "client/core/values.h"
 
 namespace vexel::client {
 

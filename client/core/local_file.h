@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "answers.h"
-#include "file_system.h"
-#include "object.h"
+#include "client/core/answers.h"
+#include "client/core/file_system.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

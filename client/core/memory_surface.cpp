@@ -1,4 +1,4 @@
-#include "memory_surface.h"
+#include "client/core/memory_surface.h"
 
 #include <algorithm>
 #include <cstring>
@@ -27,6 +27,13 @@ std::vector<Span> SpansOf(int64_t from, int64_t sourceSize, int64_t destSize, in
 }
 
 uint32_t MeanOf(const UINT8* pixels, size_t rowBytes, Span x, Span y) {
+  const UINT8* first =
+      pixels + static_cast<size_t>(y.first) * rowBytes + static_cast<size_t>(x.first) * 4;
+  if (x.end - x.first == 1 && y.end - y.first == 1) {
+    uint32_t pixel;
+    memcpy(&pixel, first, 4);
+    return pixel;
+  }
   uint64_t red = 0, green = 0, blue = 0;
   for (int64_t row = y.first; row < y.end; row++) {
     const UINT8* at = pixels + static_cast<size_t>(row) * rowBytes + static_cast<size_t>(x.first) * 4;

@@ -1,6 +1,6 @@
-#include "network_services.h"
+#include "client/core/network_services.h"
 
-#include "tcp_connection.h"
+#include "client/core/tcp_connection.h"
 
 namespace vexel::client {
 

@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
-#include "event_loop.h"
-#include "object.h"
-#include "tcp_connection.h"
+#include "client/core/event_loop.h"
+#include "client/core/object.h"
+#include "client/core/tcp_connection.h"
 
 namespace vexel::client {
 

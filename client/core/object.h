@@ -66,6 +66,8 @@ class Ref {
     if (object_) object_->AddRef();
   }
   Ref(const Ref& other) : Ref(other.object_) {}
+  template <class Derived>
+  Ref(const Ref<Derived>& other) : Ref(static_cast<T*>(other.get())) {}
   Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   ~Ref() {
     if (object_) object_->Release();

@@ -1,4 +1,4 @@
-#include "player.h"
+#include "client/core/player.h"
 
 #include <algorithm>
 #include <utility>

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "event_loop.h"
-#include "object.h"
+#include "client/core/event_loop.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

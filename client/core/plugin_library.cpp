@@ -1,4 +1,4 @@
-#include "plugin_library.h"
+#include "client/core/plugin_library.h"
 
 #include <dlfcn.h>
 

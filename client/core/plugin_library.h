@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

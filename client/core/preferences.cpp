@@ -1,11 +1,11 @@
-#include "preferences.h"
+#include "client/core/preferences.h"
 
 #include <glib.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "values.h"
+#include "client/core/values.h"
 
 namespace vexel::client {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

@@ -1,4 +1,4 @@
-#include "request.h"
+#include "client/core/request.h"
 
 namespace vexel::client {
 

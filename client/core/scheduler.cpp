@@ -1,4 +1,4 @@
-#include "scheduler.h"
+#include "client/core/scheduler.h"
 
 #include <algorithm>
 #include <chrono>

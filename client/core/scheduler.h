@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <map>
 
-#include "event_loop.h"
-#include "object.h"
+#include "client/core/event_loop.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

@@ -1,4 +1,4 @@
-#include "site.h"
+#include "client/core/site.h"
 
 #include <algorithm>
 

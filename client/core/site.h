@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "memory_surface.h"
-#include "object.h"
+#include "client/core/memory_surface.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

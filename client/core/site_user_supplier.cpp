@@ -1,4 +1,4 @@
-#include "site_user_supplier.h"
+#include "client/core/site_user_supplier.h"
 
 namespace vexel::client {
 

@@ -2,7 +2,7 @@
 // user is shared, and not multiplied: a second site gets the same one.
 #pragma once
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

@@ -1,4 +1,4 @@
-#include "stream_source.h"
+#include "client/core/stream_source.h"
 
 namespace vexel::client {
 

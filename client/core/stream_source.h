@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 

@@ -1,7 +1,7 @@
 // Closing in order: after the last byte our side is shut, and what the peer
 // still sends is read away until it closes, too. A close with unread bytes
 // would make the system reset the connection and lose the reply under way.
-#include "tcp_connection.h"
+#include "client/core/tcp_connection.h"
 
 #include <sys/socket.h>
 #include <unistd.h>

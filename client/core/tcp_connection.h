@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-#include "event_loop.h"
+#include "client/core/event_loop.h"
 
 namespace vexel::client {
 

@@ -7,9 +7,9 @@
 #include <cstring>
 #include <utility>
 
-#include "loopback.h"
-#include "network_services.h"
-#include "values.h"
+#include "client/core/loopback.h"
+#include "client/core/network_services.h"
+#include "client/core/values.h"
 
 namespace vexel::client {
 

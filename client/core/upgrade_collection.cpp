@@ -1,6 +1,6 @@
-#include "upgrade_collection.h"
+#include "client/core/upgrade_collection.h"
 
-#include "values.h"
+#include "client/core/values.h"
 
 namespace vexel::client {
 

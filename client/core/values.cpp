@@ -1,4 +1,4 @@
-#include "values.h"
+#include "client/core/values.h"
 
 #include <algorithm>
 

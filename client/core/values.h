@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "object.h"
+#include "client/core/object.h"
 
 namespace vexel::client {
 
