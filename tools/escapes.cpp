@@ -1,8 +1,8 @@
 #include "escapes.h"
 
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
-
-#include "player/url_builder.h"
 
 namespace vexel::tools {
 
@@ -56,13 +56,13 @@ bool Unescape(const std::string& text, std::string* out, std::string* error) {
       if (text[at] == named.letter) byte = named.byte;
     }
     if (text[at] == 'x') {
-      const int high = at + 1 < text.size() ? ParseHexChar(text[at + 1]) : -1;
-      const int low = at + 2 < text.size() ? ParseHexChar(text[at + 2]) : -1;
-      if (high < 0 || low < 0) {
+      const char* digits = text.data() + at + 1;
+      uint8_t value = 0;
+      if (text.size() - at < 3 || std::from_chars(digits, digits + 2, value, 16).ptr != digits + 2) {
         *error = "'\\x' takes two hexadecimal digits";
         return false;
       }
-      byte = static_cast<char>(high * 16 + low);
+      byte = static_cast<char>(value);
       at += 2;
       if (byte == 0) {
         *error = "a text cannot hold a zero byte";

@@ -23,6 +23,7 @@ int Run(int argc, char** argv) {
   AddMakeVerb(&app);
   AddWatchVerb(&app);
   AddRunVerb(&app);
+  AddStreamVerb(&app);
   AddBenchVerb(&app);
   try {
     app.parse(argc, argv);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "headless_player.h"
+#include "parsed_option.h"
 
 namespace vexel::tools {
 
@@ -20,15 +21,7 @@ void AddFormatOption(CLI::App* verb, ViewOptions* view);
 // --trace; `kinds` gets bits of TraceKind.
 void AddTraceOption(CLI::App* verb, int* kinds);
 
-// A whole decimal number with an optional minus sign, nothing else around it.
-bool ParseNumber(const std::string& text, int64_t min, int64_t max, int64_t* out);
-
 // "high" or "low".
 bool ParseQuality(const std::string& text, bool* high);
-
-// Adds an option that takes a number from `min` to `max`, which the help calls
-// `type`.
-CLI::Option* AddNumberOption(CLI::App* verb, const std::string& name, const std::string& type,
-                             int64_t min, int64_t max, int64_t* out, const std::string& help);
 
 }  // namespace vexel::tools

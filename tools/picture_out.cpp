@@ -6,12 +6,6 @@
 
 namespace vexel::tools {
 
-PictureKind PictureKindOf(const std::string& path) {
-  if (path.ends_with(".png")) return PictureKind::kPng;
-  if (path.ends_with(".raw")) return PictureKind::kRaw;
-  return PictureKind::kNone;
-}
-
 void WritePicture(CBitBuffer* bits, const std::string& path) {
   OutFile out(path);
   if (PictureKindOf(path) == PictureKind::kPng) {

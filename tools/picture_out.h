@@ -3,14 +3,10 @@
 
 #include <string>
 
+#include "picture_kind.h"
 #include "raster/bit_buffer.h"
 
 namespace vexel::tools {
-
-enum class PictureKind { kNone, kPng, kRaw };
-
-// By the ending of the name, in lower case.
-PictureKind PictureKindOf(const std::string& path);
 
 // Writes an RGB picture of the buffer (.png), or its rows as they stand in
 // memory from the top, rowBytes bytes each (.raw). The kind must be one of the

@@ -1,12 +1,10 @@
 #include "png_out.h"
 
-#include <png.h>
-
 #include <vector>
 
+#include "picture_kind.h"
 #include "raster/format_table.h"
 #include "raster/raster.h"
-#include "status.h"
 
 namespace vexel::tools {
 
@@ -37,15 +35,7 @@ std::vector<uint8_t> RgbOf(CBitBuffer* bits) {
 
 void WritePng(CBitBuffer* bits, const std::string& path, std::FILE* stream) {
   const std::vector<uint8_t> rgb = RgbOf(bits);
-  png_image image = {};
-  image.version = PNG_IMAGE_VERSION;
-  image.width = static_cast<png_uint_32>(bits->width);
-  image.height = static_cast<png_uint_32>(bits->height);
-  image.format = PNG_FORMAT_RGB;
-  // A movie gives many pictures, and drawn areas pack well as they are.
-  image.flags = PNG_IMAGE_FLAG_FAST;
-  if (!png_image_write_to_stdio(&image, stream, 0, rgb.data(), 0, nullptr))
-    throw Failure(kFailed, path, std::string("cannot be written: ") + image.message);
+  WriteRgbPng(bits->width, bits->height, rgb.data(), path, stream);
 }
 
 }  // namespace vexel::tools

@@ -12,15 +12,10 @@
 #include "player/properties.h"
 #include "player/text.h"
 #include "script_arguments.h"
-#include "status.h"
 
 namespace vexel::tools {
 
 namespace {
-
-// A line longer than any text that a movie keeps, every byte of it escaped,
-// says that this is no script.
-constexpr size_t kMaxLine = 8 << 20;
 
 // Keys by name: the first has code 1, and so on.
 constexpr const char* kKeyNames[] = {"left",   "right",     "home", "end",  "insert", "delete",
@@ -239,8 +234,7 @@ constexpr Command kCommands[] = {
 void Run(const Stage& stage, const std::string& name, const ScriptArguments& args) {
   for (const Command& command : kCommands) {
     if (name != command.name) continue;
-    if (args.count() < command.minWords || args.count() > command.maxWords)
-      throw BadLine{"'" + name + "' takes " + (*command.form ? command.form : "no argument")};
+    CheckWords(name, args, command.form, command.minWords, command.maxWords);
     stage.player->display.ResetTagBudget();
     command.run(stage, args);
     if (command.redraws) stage.player->Redraw();
@@ -249,43 +243,12 @@ void Run(const Stage& stage, const std::string& name, const ScriptArguments& arg
   throw BadLine{"unknown command '" + Escaped(name) + "'"};
 }
 
-// Reads up to the next line feed, or the end. False at the end.
-bool ReadLine(std::istream* in, std::string* line) {
-  line->clear();
-  for (int c; (c = in->get()) != std::istream::traits_type::eof();) {
-    if (c == '\n') return true;
-    if (line->size() == kMaxLine)
-      throw BadLine{"longer than " + std::to_string(kMaxLine) + " bytes"};
-    *line += static_cast<char>(c);
-  }
-  return !line->empty();
-}
-
 }  // namespace
 
-void RunScript::RunLine(const std::string& line) {
-  if (line.find('\0') != std::string::npos) throw BadLine{"holds a zero byte"};
-  if (line.starts_with('#')) return;
-  const char* blanks = ScriptArguments::kBlanks;
-  const size_t start = line.find_first_not_of(blanks);
-  if (start == std::string::npos) return;
-  const size_t end = std::min(line.find_first_of(blanks, start), line.size());
-  const size_t rest = std::min(line.find_first_not_of(blanks, end), line.size());
-  Run({player_, results_, &mouseIsDown_}, line.substr(start, end - start),
-      ScriptArguments(line.substr(rest)));
-}
-
 bool RunScript::RunNext(std::istream* in) {
-  lineNumber_++;
-  try {
-    std::string line;
-    if (!ReadLine(in, &line)) return false;
-    if (line.ends_with('\r')) line.pop_back();
-    RunLine(line);
-  } catch (const BadLine& bad) {
-    throw Failure(kMisused, name_, "line " + std::to_string(lineNumber_) + ": " + bad.what);
-  }
-  return true;
+  return lines_.RunNext(in, [this](const std::string& name, const ScriptArguments& args) {
+    Run({player_, results_, &mouseIsDown_}, name, args);
+  });
 }
 
 }  // namespace vexel::tools

@@ -6,6 +6,7 @@
 
 #include "headless_player.h"
 #include "results.h"
+#include "script_lines.h"
 
 namespace vexel::tools {
 
@@ -13,7 +14,7 @@ class RunScript {
  public:
   // All stay the caller's. `name` is the script's, for messages.
   RunScript(HeadlessPlayer* player, const Results* results, const std::string& name)
-      : player_(player), results_(results), name_(name) {}
+      : player_(player), results_(results), lines_(name) {}
 
   // Reads and runs the next line, which prints its results, and redraws what is
   // dirty if the command can change the picture. Blank lines and comments are
@@ -22,12 +23,9 @@ class RunScript {
   bool RunNext(std::istream* in);
 
  private:
-  void RunLine(const std::string& line);
-
   HeadlessPlayer* player_;
   const Results* results_;
-  std::string name_;
-  int lineNumber_ = 0;
+  ScriptLines lines_;
   bool mouseIsDown_ = false;
 };
 

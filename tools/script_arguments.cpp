@@ -4,7 +4,7 @@
 
 #include "escapes.h"
 #include "geometry/intmath.h"
-#include "options.h"
+#include "parsed_option.h"
 
 namespace vexel::tools {
 

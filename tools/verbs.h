@@ -15,6 +15,7 @@ void AddDumpVerb(CLI::App* app);
 void AddMakeVerb(CLI::App* app);
 void AddWatchVerb(CLI::App* app);
 void AddRunVerb(CLI::App* app);
+void AddStreamVerb(CLI::App* app);
 void AddBenchVerb(CLI::App* app);
 
 }  // namespace vexel::tools

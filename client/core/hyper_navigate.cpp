@@ -13,7 +13,16 @@ constexpr const char* kSchemes[] = {"http", "https", "mailto", "ftp"};
 
 }  // namespace
 
+bool MayOpen(const std::string& url) {
+  for (const char* scheme : kSchemes) {
+    const std::string prefix = std::string(scheme) + ":";
+    if (g_ascii_strncasecmp(url.c_str(), prefix.c_str(), prefix.size()) == 0) return true;
+  }
+  return false;
+}
+
 bool RunForURL(const std::string& command, const std::string& url) {
+  if (!MayOpen(url)) return false;
   int count = 0;
   char** words = nullptr;
   if (!g_shell_parse_argv(command.c_str(), &count, &words, nullptr)) return false;
@@ -43,17 +52,8 @@ HyperNavigate::HyperNavigate(std::string command)
 
 HyperNavigate::HyperNavigate(Opener opener) : opener_(std::move(opener)) {}
 
-bool HyperNavigate::MayOpen(const std::string& url) {
-  for (const char* scheme : kSchemes) {
-    const std::string prefix = std::string(scheme) + ":";
-    if (g_ascii_strncasecmp(url.c_str(), prefix.c_str(), prefix.size()) == 0) return true;
-  }
-  return false;
-}
-
 INT32 HyperNavigate::GoToURL(const char* url, const char* target) {
   if (!url) return ZEM_BAD_ARGUMENT;
-  if (!MayOpen(url)) return ZEM_FAILED;
   return opener_(url, target ? target : "") ? ZEM_OK : ZEM_FAILED;
 }
 

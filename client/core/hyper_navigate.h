@@ -18,19 +18,18 @@ class HyperNavigate : public Object<IZEMHyperNavigate> {
   explicit HyperNavigate(std::string command = "xdg-open");
   explicit HyperNavigate(Opener opener);
 
-  // ZEM_FAILED for a URL that a movie may not open (see MayOpen), one that was
-  // refused, and a command that can't be run.
+  // ZEM_FAILED for a page that was refused, and a command that can't be run.
   INT32 GoToURL(const char* url, const char* target) override;
-
-  // Pages and mail only: a movie must not start a file of the user's, nor run a
-  // script in a page that is open.
-  static bool MayOpen(const std::string& url);
 
  private:
   Opener opener_;
 };
 
-// Runs the command for a URL and does not wait for it.
+// Pages and mail only: a movie must not start a file of the user's, nor run a
+// script in a page that is open.
+bool MayOpen(const std::string& url);
+
+// Runs the command for a URL, if MayOpen allows it, and does not wait for it.
 bool RunForURL(const std::string& command, const std::string& url);
 
 }  // namespace vexel::client

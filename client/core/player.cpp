@@ -83,8 +83,7 @@ INT32 Player::Seek(UINT32 ms) {
   const Ref<Player> self(this);
   const UINT32 old = GetPosition();
   TellSinks([=](IZEMClientAdviseSink* sink) { sink->OnPreSeek(old, ms); });
-  position_ = ms;
-  startedAt_ = now_();
+  SetPosition(ms);
   if (listener_) listener_->OnSeek(old, ms);
   TellSinks([=](IZEMClientAdviseSink* sink) { sink->OnPostSeek(old, ms); });
   return ZEM_OK;
@@ -111,6 +110,11 @@ INT32 Player::RemoveAdviseSink(IZEMClientAdviseSink* sink) {
 INT32 Player::GoToURL(const char* url, const char* target) {
   const Ref<IZEMHyperNavigate> service = Query<IZEMHyperNavigate>(context_.get());
   return service ? service->GoToURL(url, target) : ZEM_UNEXPECTED;
+}
+
+void Player::SetPosition(uint32_t ms) {
+  position_ = ms;
+  startedAt_ = now_();
 }
 
 void Player::Reset() {

@@ -49,6 +49,8 @@ class Player : public Object<IZEMPlayer, IZEMHyperNavigate> {
   INT32 GoToURL(const char* url, const char* target) override;
 
   void SetListener(PlayerListener* listener) { listener_ = listener; }
+  // Puts the clock right without telling anyone.
+  void SetPosition(uint32_t ms);
   void SetLength(uint32_t ms) { length_ = ms; }
   // A new presentation: its clock stands at 0.
   void Reset();

@@ -22,10 +22,10 @@ namespace vexel::client {
 
 // What a client decides; null members are left out of the context.
 struct ServicesSetup {
-  Ref<IZEMScheduler> scheduler;
-  Ref<HyperNavigate> navigate;
-  Ref<Preferences> preferences;
-  std::function<void(const LogReport&)> report;
+  Ref<IZEMScheduler> scheduler{};
+  Ref<HyperNavigate> navigate{};
+  Ref<Preferences> preferences{};
+  std::function<void(const LogReport&)> report{};
   bool allowLocalFiles = true;
 };
 

@@ -38,7 +38,7 @@ void LossyNetwork::ReleaseHeld(uint64_t now, bool packetPassed) {
 }
 
 void LossyNetwork::Send(uint64_t now, NetworkPacket packet) {
-  if (packet.isAnswer) {
+  if (packet.isAnswer || packet.isRepeat) {
     answers_++;
     if (Happens(setup_.answerLoss)) {
       answersLost_++;

@@ -77,15 +77,4 @@ size_t MovieIndex::FrameDueAt(uint32_t time) const {
   return std::min(frame, frames() - 1);
 }
 
-void AppendTag(int32_t code, std::span<const uint8_t> body, std::vector<uint8_t>* out) {
-  const bool isLong = body.size() >= kLongForm;
-  const uint32_t word =
-      static_cast<uint32_t>(code) << 6 | (isLong ? kLongForm : static_cast<uint32_t>(body.size()));
-  out->push_back(static_cast<uint8_t>(word));
-  out->push_back(static_cast<uint8_t>(word >> 8));
-  for (int shift = 0; isLong && shift < 32; shift += 8)
-    out->push_back(static_cast<uint8_t>(body.size() >> shift));
-  out->insert(out->end(), body.begin(), body.end());
-}
-
 }  // namespace vexel::client

@@ -52,7 +52,4 @@ class MovieIndex {
   uint32_t rate_ = 0;  // frames a second, 8.8 fixed point, not 0
 };
 
-// A tag: header, in its short form where the body is short enough, and body.
-void AppendTag(int32_t code, std::span<const uint8_t> body, std::vector<uint8_t>* out);
-
 }  // namespace vexel::client

@@ -4,6 +4,7 @@
 
 #include "author/bit_writer.h"
 #include "author/check/tag_reader.h"
+#include "author/tag_stream.h"
 #include "movie/tags.h"
 
 namespace vexel::client {
@@ -32,20 +33,6 @@ std::vector<uint8_t> ReadMatrix(author::TagReader* reader, std::span<const uint8
           body.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
-}  // namespace
-
-std::vector<StageState::Placed>::iterator StageState::At(uint16_t depth) {
-  return std::find_if(placed_.begin(), placed_.end(),
-                      [depth](const Placed& one) { return one.depth >= depth; });
-}
-
-void StageState::Remove(uint16_t depth) {
-  const auto found = At(depth);
-  if (found != placed_.end() && found->depth == depth) placed_.erase(found);
-}
-
-namespace {
-
 template <class Cxform>
 Cxform ReadCxform(author::TagReader* reader, bool alpha) {
   Cxform cxform;
@@ -59,6 +46,16 @@ Cxform ReadCxform(author::TagReader* reader, bool alpha) {
 }
 
 }  // namespace
+
+std::vector<StageState::Placed>::iterator StageState::At(uint16_t depth) {
+  return std::find_if(placed_.begin(), placed_.end(),
+                      [depth](const Placed& one) { return one.depth >= depth; });
+}
+
+void StageState::Remove(uint16_t depth) {
+  const auto found = At(depth);
+  if (found != placed_.end() && found->depth == depth) placed_.erase(found);
+}
 
 void StageState::Place(std::span<const uint8_t> body) {
   author::TagReader reader(body, 0);
@@ -133,9 +130,8 @@ bool StageState::expressible() const {
 }
 
 std::vector<uint8_t> StageState::KeyFrame(std::span<const uint8_t> extra) const {
-  std::vector<uint8_t> out;
-  AppendTag(kTagSyncFrame, {}, &out);
-  out.insert(out.end(), extra.begin(), extra.end());
+  author::TagStream out;
+  out.SyncFrame().Raw(extra);
   for (const Placed& one : placed_) {
     author::BitWriter body;
     body.U16(one.character);
@@ -150,9 +146,9 @@ std::vector<uint8_t> StageState::KeyFrame(std::span<const uint8_t> extra) const 
       body.Bits(static_cast<uint32_t>(width), 4);
       for (const int32_t term : terms) body.SBits(term, width);
     }
-    AppendTag(kTagPlaceObject, body.bytes(), &out);
+    out.Tag(kTagPlaceObject, body.bytes());
   }
-  return out;
+  return out.bytes();
 }
 
 }  // namespace vexel::client
