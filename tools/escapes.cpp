@@ -58,7 +58,8 @@ bool Unescape(const std::string& text, std::string* out, std::string* error) {
     if (text[at] == 'x') {
       const char* digits = text.data() + at + 1;
       uint8_t value = 0;
-      if (text.size() - at < 3 || std::from_chars(digits, digits + 2, value, 16).ptr != digits + 2) {
+      if (text.size() - at < 3 ||
+          std::from_chars(digits, digits + 2, value, 16).ptr != digits + 2) {
         *error = "'\\x' takes two hexadecimal digits";
         return false;
       }

@@ -30,8 +30,7 @@ void AddMovieArgument(CLI::App* verb, std::string* path) {
 
 void AddViewOptions(CLI::App* verb, ViewOptions* view) {
   AddParsed(verb, "--size", "WxH", "WxH, each from 1 to 8191",
-            "client rectangle in pixels (the movie's own size)",
-            [=](const std::string& text) {
+            "client rectangle in pixels (the movie's own size)", [=](const std::string& text) {
               return ParseSize(text, kMinBufferSide, kMaxBufferSide, &view->width, &view->height);
             });
   AddParsed(verb, "--quality", "low|high", "low or high", "without or with anti-aliasing (high)",

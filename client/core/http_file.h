@@ -21,7 +21,7 @@ class HttpFile : public Object<IZEMFileObject> {
   INT32 GetName(const char*& name) override;
   INT32 Close() override;
   INT32 Read(UINT32 count) override;
-  INT32 Write(IZEMBuffer* buffer) override;           // answered with a failure
+  INT32 Write(IZEMBuffer* buffer) override;            // answered with a failure
   INT32 Seek(UINT32 offset, INT32 relative) override;  // answered with a failure
 
  protected:

@@ -97,7 +97,8 @@ int HttpService::WatchSocket(CURL*, int descriptor, int what, void* self, void*)
   if (what != CURL_POLL_OUT) events |= kReadable;
   if (what != CURL_POLL_IN) events |= kWritable;
   service->sockets_[descriptor] = service->loop_->When(
-      descriptor, events, [service, descriptor](unsigned ready) { service->Ready(descriptor, ready); });
+      descriptor, events,
+      [service, descriptor](unsigned ready) { service->Ready(descriptor, ready); });
   return 0;
 }
 

@@ -39,8 +39,7 @@ bool RunForURL(const std::string& command, const std::string& url) {
   std::vector<char*> argv;
   for (std::string& text : texts) argv.push_back(text.data());
   argv.push_back(nullptr);
-  const int flags =
-      G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL;
+  const int flags = G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL;
   return g_spawn_async(nullptr, argv.data(), nullptr, static_cast<GSpawnFlags>(flags), nullptr,
                        nullptr, nullptr, nullptr);
 }

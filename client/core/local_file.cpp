@@ -116,7 +116,8 @@ INT32 LocalFile::Write(IZEMBuffer*) {
 INT32 LocalFile::Seek(UINT32 offset, INT32 relative) {
   if (!response_) return ZEM_UNEXPECTED;
   Later([this, offset, relative](IZEMFileResponse* told) {
-    const bool ok = descriptor_ >= 0 && lseek(descriptor_, relative ? static_cast<INT32>(offset) : off_t{offset},
+    const bool ok = descriptor_ >= 0 &&
+                    lseek(descriptor_, relative ? static_cast<INT32>(offset) : off_t{offset},
                           relative ? SEEK_CUR : SEEK_SET) >= 0;
     told->SeekDone(ok ? ZEM_OK : ZEM_FAILED);
   });

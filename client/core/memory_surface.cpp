@@ -36,7 +36,8 @@ uint32_t MeanOf(const UINT8* pixels, size_t rowBytes, Span x, Span y) {
   }
   uint64_t red = 0, green = 0, blue = 0;
   for (int64_t row = y.first; row < y.end; row++) {
-    const UINT8* at = pixels + static_cast<size_t>(row) * rowBytes + static_cast<size_t>(x.first) * 4;
+    const UINT8* at =
+        pixels + static_cast<size_t>(row) * rowBytes + static_cast<size_t>(x.first) * 4;
     for (int64_t column = x.first; column < x.end; column++, at += 4) {
       uint32_t pixel;
       memcpy(&pixel, at, 4);
@@ -60,8 +61,8 @@ void MemorySurface::Resize(_QKxSize size) {
   pixels_.assign(static_cast<size_t>(width) * static_cast<size_t>(height), 0);
 }
 
-INT32 MemorySurface::CopyBitmap(const UINT8* pixels, const QKBitmapInfo* info,
-                                const _QKxRect& dest, const _QKxRect& source) {
+INT32 MemorySurface::CopyBitmap(const UINT8* pixels, const QKBitmapInfo* info, const _QKxRect& dest,
+                                const _QKxRect& source) {
   if (!pixels || !info || info->bitsPerPixel != 32 || info->width <= 0 || info->height <= 0)
     return ZEM_BAD_ARGUMENT;
   const int64_t destWidth = int64_t{dest.right} - dest.left;

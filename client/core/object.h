@@ -15,10 +15,10 @@ namespace vexel::client {
 template <class Interface>
 const ZEMID& IdOf();
 
-#define VEXEL_CLIENT_ID(Interface)            \
-  template <>                                 \
-  inline const ZEMID& IdOf<Interface>() {     \
-    return IID_##Interface;                   \
+#define VEXEL_CLIENT_ID(Interface)        \
+  template <>                             \
+  inline const ZEMID& IdOf<Interface>() { \
+    return IID_##Interface;               \
   }
 VEXEL_CLIENT_ID(IUnknown)
 VEXEL_CLIENT_ID(IZEMPlugin)

@@ -55,8 +55,7 @@ INT32 TcpSocket::Bind(UINT32 address, UINT16 port) {
   if (!IsLoopback(address)) return ZEM_FAILED;
   connecting_ = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   const sockaddr_in at = SocketAddress(address, port);
-  if (connecting_ >= 0 &&
-      bind(connecting_, reinterpret_cast<const sockaddr*>(&at), sizeof at) == 0)
+  if (connecting_ >= 0 && bind(connecting_, reinterpret_cast<const sockaddr*>(&at), sizeof at) == 0)
     return ZEM_OK;
   if (connecting_ >= 0) close(std::exchange(connecting_, -1));
   return ZEM_FAILED;

@@ -65,7 +65,8 @@ bool ParseNumbers(const std::string& text, std::set<uint32_t>* numbers) {
   return true;
 }
 
-void AddShareOption(CLI::App* app, const std::string& name, double* share, const std::string& help) {
+void AddShareOption(CLI::App* app, const std::string& name, double* share,
+                    const std::string& help) {
   AddParsed(app, name, "PERCENT", "a number from 0 to 100", help,
             [share](const std::string& text) { return ParseShare(text, share); });
 }

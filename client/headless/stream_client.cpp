@@ -81,8 +81,8 @@ void StreamClient::OpenMovie(const std::string& path) {
   auto movie = std::make_unique<MovieIndex>(ReadFile(path));
   std::unique_ptr<Packetizer> packetizer;
   if (setup_.linear) {
-    packetizer = std::make_unique<LinearPacketizer>(movie.get(), setup_.packetBytes,
-                                                    setup_.keyEveryMs);
+    packetizer =
+        std::make_unique<LinearPacketizer>(movie.get(), setup_.packetBytes, setup_.keyEveryMs);
   } else {
     packetizer = std::make_unique<NonLinearPacketizer>(movie.get(), setup_.packetBytes);
   }
@@ -229,8 +229,9 @@ void StreamClient::EndIfAllIn() {
       stats_.repeats++;
       const StreamPacket& packet = numbered_[number];
       // There and back again.
-      network_->Send(networkNow() + setup_.network.delayMs,
-                     {.number = number, .isRepeat = true, .time = packet.time, .bytes = packet.bytes});
+      network_->Send(
+          networkNow() + setup_.network.delayMs,
+          {.number = number, .isRepeat = true, .time = packet.time, .bytes = packet.bytes});
     }
     return;
   }

@@ -125,14 +125,14 @@ class StreamClient {
   std::unique_ptr<JitterBuffer> jitter_;
   std::unique_ptr<Session> session_;
   std::string url_;
-  size_t nextPacket_ = 0;                // of the packetizer's
-  std::vector<StreamPacket> numbered_;   // sent, by number
+  size_t nextPacket_ = 0;                                   // of the packetizer's
+  std::vector<StreamPacket> numbered_;                      // sent, by number
   std::multimap<uint64_t, std::vector<uint8_t>> requests_;  // by their arrival at the source
-  uint64_t filled_ = 0;       // network time that passed while the clock stood, ms
-  uint32_t standingAt_ = 0;   // the script's clock while the player stands
+  uint64_t filled_ = 0;      // network time that passed while the clock stood, ms
+  uint32_t standingAt_ = 0;  // the script's clock while the player stands
   bool repeatsAsked_ = false;
-  bool ended_ = false;        // the plug-in was told that all is in
-  bool pastEnd_ = false;      // the plug-in was told of the end of its time
+  bool ended_ = false;    // the plug-in was told that all is in
+  bool pastEnd_ = false;  // the plug-in was told of the end of its time
   StreamStats stats_;
 };
 

@@ -31,10 +31,9 @@ struct NamedKey {
   unsigned long keysym;
 };
 constexpr NamedKey kKeys[] = {
-    {"left", XK_Left},     {"right", XK_Right},         {"home", XK_Home},
-    {"end", XK_End},       {"delete", XK_Delete},       {"backspace", XK_BackSpace},
-    {"return", XK_Return}, {"up", XK_Up},               {"down", XK_Down},
-    {"top", XK_Prior},     {"bottom", XK_Next},         {"tab", XK_Tab},
+    {"left", XK_Left},     {"right", XK_Right},         {"home", XK_Home},     {"end", XK_End},
+    {"delete", XK_Delete}, {"backspace", XK_BackSpace}, {"return", XK_Return}, {"up", XK_Up},
+    {"down", XK_Down},     {"top", XK_Prior},           {"bottom", XK_Next},   {"tab", XK_Tab},
 };
 
 // The key that makes a byte; a byte that no key makes is refused.
@@ -72,7 +71,8 @@ void RunSeek(const Stage& stage, const ScriptArguments& args) {
 }
 
 void RunDown(const Stage& stage, const ScriptArguments& args) {
-  stage.client->Send(ZEM_EVENT_X_BUTTON_PRESS, stage.events->Button(true, args.Int(0), args.Int(1)));
+  stage.client->Send(ZEM_EVENT_X_BUTTON_PRESS,
+                     stage.events->Button(true, args.Int(0), args.Int(1)));
 }
 void RunUp(const Stage& stage, const ScriptArguments& args) {
   stage.client->Send(ZEM_EVENT_X_BUTTON_RELEASE,
@@ -138,8 +138,9 @@ void RunMenu(const Stage& stage, const ScriptArguments& args) {
 void RunPrefs(const Stage& stage, const ScriptArguments& args) {
   const std::string& line = args.line();
   const size_t equal = line.find('=');
-  if (equal == std::string::npos || !stage.client->preferences().Set(
-                                        line.substr(0, equal), tools::TextOf(line.substr(equal + 1))))
+  if (equal == std::string::npos ||
+      !stage.client->preferences().Set(line.substr(0, equal),
+                                       tools::TextOf(line.substr(equal + 1))))
     throw BadLine{"'prefs' takes KEY=VALUE"};
 }
 
@@ -167,7 +168,8 @@ void RunShot(const Stage& stage, const ScriptArguments& args) {
     std::vector<uint8_t> rgb;
     rgb.reserve(pixels.size() * 3);
     for (const uint32_t pixel : pixels) {
-      for (int shift = 16; shift >= 0; shift -= 8) rgb.push_back(static_cast<uint8_t>(pixel >> shift));
+      for (int shift = 16; shift >= 0; shift -= 8)
+        rgb.push_back(static_cast<uint8_t>(pixel >> shift));
     }
     tools::WriteRgbPng(surface.width(), surface.height(), rgb.data(), file, out.stream());
   }

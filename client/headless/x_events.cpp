@@ -22,9 +22,9 @@ namespace {
 constexpr int kMinKeycode = 8;
 constexpr int kPerKeycode = 2;  // plain and with Shift
 
-constexpr KeySym kNamed[] = {XK_Left,   XK_Right, XK_Up,    XK_Down,   XK_Home,     XK_End,
-                             XK_Delete, XK_Prior, XK_Next,  XK_Return, XK_BackSpace, XK_Tab,
-                             XK_Escape, XK_Linefeed};
+constexpr KeySym kNamed[] = {XK_Left,      XK_Right,  XK_Up,     XK_Down,    XK_Home,
+                             XK_End,       XK_Delete, XK_Prior,  XK_Next,    XK_Return,
+                             XK_BackSpace, XK_Tab,    XK_Escape, XK_Linefeed};
 
 }  // namespace
 

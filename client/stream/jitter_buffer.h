@@ -47,9 +47,9 @@ class JitterBuffer {
     NetworkPacket packet;
   };
   uint32_t waitMs_;
-  uint32_t next_ = 0;                     // the number that is handed over next
-  std::map<uint32_t, Waiting> waiting_;   // by number
-  std::set<uint32_t> lost_;               // reported, and not come since
+  uint32_t next_ = 0;                    // the number that is handed over next
+  std::map<uint32_t, Waiting> waiting_;  // by number
+  std::set<uint32_t> lost_;              // reported, and not come since
   std::vector<Output> ready_;
   uint32_t doubles_ = 0, reported_ = 0, late_ = 0;
 };

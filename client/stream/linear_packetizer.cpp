@@ -193,7 +193,8 @@ Packetizer::Jump LinearPacketizer::JumpTo(uint32_t time, size_t sent) const {
   const uint32_t due = movie().DueTime(frame);
   for (size_t k = 0; k <= frame; k++) {
     if (frames_[k].packetsEnd <= sent) continue;
-    for (const size_t i : frames_[k].objects) writer.Message(objects_[i].id, objects_[i].message, due);
+    for (const size_t i : frames_[k].objects)
+      writer.Message(objects_[i].id, objects_[i].message, due);
   }
   StageState stage;
   for (const MovieTag& tag : movie().tags()) {

@@ -11,20 +11,20 @@ namespace vexel::client {
 
 // A packet on its way.
 struct NetworkPacket {
-  uint32_t number = 0;     // the sender's, counting; answers to requests have none
-  bool isAnswer = false;   // to the plug-in's request
-  bool isRepeat = false;   // a numbered one that the receiver asked for again
-  uint32_t time = 0;  // when it is due, milliseconds of the presentation
+  uint32_t number = 0;    // the sender's, counting; answers to requests have none
+  bool isAnswer = false;  // to the plug-in's request
+  bool isRepeat = false;  // a numbered one that the receiver asked for again
+  uint32_t time = 0;      // when it is due, milliseconds of the presentation
   std::vector<uint8_t> bytes;
 };
 
 struct NetworkSetup {
-  double loss = 0;             // shares, 0 to 1, of the numbered packets
-  std::set<uint32_t> drop{};   // numbers, lost for sure
-  double reorder = 0;          // overtaken by one to four packets
-  double duplicate = 0;        // arrive a second time
-  double answerLoss = 0;       // share of the answers and repeats, which meet no other fault
-  uint32_t delayMs = 0;        // one way, each way
+  double loss = 0;            // shares, 0 to 1, of the numbered packets
+  std::set<uint32_t> drop{};  // numbers, lost for sure
+  double reorder = 0;         // overtaken by one to four packets
+  double duplicate = 0;       // arrive a second time
+  double answerLoss = 0;      // share of the answers and repeats, which meet no other fault
+  uint32_t delayMs = 0;       // one way, each way
   uint64_t seed = 1;
 };
 
@@ -40,8 +40,8 @@ class LossyNetwork {
   uint64_t NextArrival() const;
   static constexpr uint64_t kNever = UINT64_MAX;
 
-  uint32_t sent() const { return sent_; }  // the numbered ones
-  uint32_t lost() const { return lost_; }  // of them
+  uint32_t sent() const { return sent_; }        // the numbered ones
+  uint32_t lost() const { return lost_; }        // of them
   uint32_t answers() const { return answers_; }  // and repeats
   uint32_t answersLost() const { return answersLost_; }
 

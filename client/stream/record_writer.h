@@ -34,8 +34,8 @@ class RecordWriter {
   void EndPacket() { open_ = false; }
 
  private:
-  void Record(uint32_t flags, uint32_t id, uint32_t timeOrOffset,
-              std::span<const uint8_t> payload, uint32_t time);
+  void Record(uint32_t flags, uint32_t id, uint32_t timeOrOffset, std::span<const uint8_t> payload,
+              uint32_t time);
   size_t LargestPayload() const;
 
   size_t packetBytes_;

@@ -83,7 +83,8 @@ TEST_F(Files, CallsAreAnsweredInTheirOrder) {
   manager->file->Close();
   EXPECT_EQ(file->told.size(), 1u);
   Settle();
-  EXPECT_EQ(file->told, (Told{"init", "seek", "read 2", "seek", "read 3", "write failed", "close"}));
+  EXPECT_EQ(file->told,
+            (Told{"init", "seek", "read 2", "seek", "read 3", "write failed", "close"}));
   EXPECT_EQ(file->body, "89012");
   EXPECT_EQ(manager->file->Read(1), ZEM_UNEXPECTED);
 }

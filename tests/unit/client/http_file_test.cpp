@@ -44,7 +44,8 @@ class WebServer {
   Ref<ListenSocket> listener_;
 };
 
-std::string Reply(const std::string& status, const std::string& body, const std::string& more = "") {
+std::string Reply(const std::string& status, const std::string& body,
+                  const std::string& more = "") {
   return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n" +
          more + "Connection: close\r\n\r\n" + body;
 }
@@ -69,7 +70,9 @@ class HttpFiles : public testing::Test {
     while (loop.Turn(false)) {
     }
   }
-  void Settle() { EXPECT_TRUE(loop.RunUntil([this] { return *access.pending == 0; }, kTestMs)); }
+  void Settle() {
+    EXPECT_TRUE(loop.RunUntil([this] { return *access.pending == 0; }, kTestMs));
+  }
   void Open(const std::string& path) {
     file = Make<HttpFile>(&access, server.URL(path));
     EXPECT_EQ(file->Init(ZEM_FILE_READ, response.get()), ZEM_OK);

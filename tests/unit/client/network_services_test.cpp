@@ -185,7 +185,8 @@ TEST_F(Sockets, ManyConnectionsAtOnce) {
     clients[i]->socket->Read(100);
   }
   ASSERT_TRUE(Until([&] {
-    return std::all_of(clients.begin(), clients.end(), [](auto& one) { return !one->received.empty(); });
+    return std::all_of(clients.begin(), clients.end(),
+                       [](auto& one) { return !one->received.empty(); });
   }));
   for (int i = 0; i < 200; i++) EXPECT_EQ(clients[i]->received, std::to_string(i) + "!");
   for (auto& one : clients) one->socket = nullptr;

@@ -38,7 +38,8 @@ TEST(LossyNetwork, DropsTheNumbersThatAreListed) {
 }
 
 TEST(LossyNetwork, LosesAboutItsShareAndTheSameBySeed) {
-  LossyNetwork a({.loss = 0.2, .seed = 7}), b({.loss = 0.2, .seed = 7}), c({.loss = 0.2, .seed = 8});
+  LossyNetwork a({.loss = 0.2, .seed = 7}), b({.loss = 0.2, .seed = 7}),
+      c({.loss = 0.2, .seed = 8});
   const auto first = Numbers(Cross(&a, 10000));
   EXPECT_EQ(first, Numbers(Cross(&b, 10000)));
   EXPECT_NE(first, Numbers(Cross(&c, 10000)));
@@ -76,7 +77,8 @@ void Put(JitterBuffer* buffer, uint64_t now, std::initializer_list<uint32_t> num
 
 std::vector<std::pair<Kind, uint32_t>> Taken(JitterBuffer* buffer, uint64_t now) {
   std::vector<std::pair<Kind, uint32_t>> taken;
-  for (const auto& output : buffer->Take(now)) taken.emplace_back(output.kind, output.packet.number);
+  for (const auto& output : buffer->Take(now))
+    taken.emplace_back(output.kind, output.packet.number);
   return taken;
 }
 
@@ -85,7 +87,8 @@ using Outputs = std::vector<std::pair<Kind, uint32_t>>;
 TEST(JitterBuffer, PutsPacketsInOrder) {
   JitterBuffer buffer(100);
   Put(&buffer, 0, {1, 2, 0});
-  EXPECT_EQ(Taken(&buffer, 0), (Outputs{{Kind::kInOrder, 0}, {Kind::kInOrder, 1}, {Kind::kInOrder, 2}}));
+  EXPECT_EQ(Taken(&buffer, 0),
+            (Outputs{{Kind::kInOrder, 0}, {Kind::kInOrder, 1}, {Kind::kInOrder, 2}}));
 }
 
 TEST(JitterBuffer, DropsDoubles) {

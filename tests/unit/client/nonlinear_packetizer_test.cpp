@@ -19,8 +19,8 @@ struct Head {
 
 Head HeadOf(const StreamPacket& packet) {
   const std::span<const uint8_t> b = packet.bytes;
-  return {BigAt(b, 0, 4), BigAt(b, 4, 2), BigAt(b, 6, 2), BigAt(b, 8, 1), BigAt(b, 9, 3),
-          BigAt(b, 12, 2), BigAt(b, 14, 2), {b.begin() + 16, b.end()}};
+  return {BigAt(b, 0, 4), BigAt(b, 4, 2),  BigAt(b, 6, 2),  BigAt(b, 8, 1),
+          BigAt(b, 9, 3), BigAt(b, 12, 2), BigAt(b, 14, 2), {b.begin() + 16, b.end()}};
 }
 
 // A receiver that knows nothing of the movie: collects the bytes of frames by

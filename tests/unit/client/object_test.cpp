@@ -14,8 +14,8 @@ namespace {
 TEST(Object, AnswersForItsInterfacesAndCountsItsReferences) {
   const Ref<SiteUserSupplier> supplier = Make<SiteUserSupplier>();
   const auto one = Query<IZEMSiteUserSupplier>(static_cast<IZEMSiteUserSupplier*>(supplier.get()));
-  const auto other = Query<IZEMMultiInstanceSiteUserSupplier>(
-      static_cast<IZEMSiteUserSupplier*>(supplier.get()));
+  const auto other =
+      Query<IZEMMultiInstanceSiteUserSupplier>(static_cast<IZEMSiteUserSupplier*>(supplier.get()));
   EXPECT_TRUE(one);
   EXPECT_TRUE(other);
   EXPECT_EQ(supplier->AddRef(), 4u);

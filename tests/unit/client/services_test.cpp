@@ -53,7 +53,8 @@ TEST(HyperNavigate, RunsItsCommandWithoutAShell) {
   EXPECT_EQ(WrittenBy(script + " --new 'two words'", url, script + ".out"),
             "--new|two words|" + url + "|");
   std::filesystem::remove(script + ".out");
-  EXPECT_EQ(WrittenBy(script + " --url=%u --end", url, script + ".out"), "--url=" + url + "|--end|");
+  EXPECT_EQ(WrittenBy(script + " --url=%u --end", url, script + ".out"),
+            "--url=" + url + "|--end|");
 }
 
 TEST(HyperNavigate, ACommandThatIsNotThereIsAFailure) {
@@ -116,7 +117,8 @@ TEST(StreamSource, AnswersForABackChannelOnlyIfItCanResend) {
   const auto plain = Make<StreamSource>("http://a/m", nullptr);
   EXPECT_FALSE(Query<IZEMBackChannel>(static_cast<IZEMStreamSource*>(plain.get())));
   std::string got;
-  const auto source = Make<StreamSource>("http://a/m", [&](IZEMBuffer* request) { got = TextOf(request); });
+  const auto source =
+      Make<StreamSource>("http://a/m", [&](IZEMBuffer* request) { got = TextOf(request); });
   const auto back = Query<IZEMBackChannel>(static_cast<IZEMStreamSource*>(source.get()));
   ASSERT_TRUE(back);
   EXPECT_EQ(back->Send(NewPacket(NewTextBuffer("ask").get(), 0, 0).get()), ZEM_OK);
@@ -156,9 +158,9 @@ TEST(Services, TheFactoryMakesAllThatAPluginAsksFor) {
   EventLoop loop;
   const Services services(&loop, {});
   const auto factory = Query<IZEMCommonClassFactory>(services.context());
-  for (const ZEMID& id : {IID_IZEMBuffer, IID_IZEMPacket, IID_IZEMValues,
-                          IID_IZEMMultiInstanceSiteUserSupplier, IID_IZEMFileSystemManager,
-                          IID_IZEMRequest}) {
+  for (const ZEMID& id :
+       {IID_IZEMBuffer, IID_IZEMPacket, IID_IZEMValues, IID_IZEMMultiInstanceSiteUserSupplier,
+        IID_IZEMFileSystemManager, IID_IZEMRequest}) {
     void* out = nullptr;
     ASSERT_EQ(factory->CreateInstance(id, &out), ZEM_OK);
     // All interfaces begin with the same operations.

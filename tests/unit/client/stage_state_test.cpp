@@ -28,7 +28,8 @@ TEST(StageState, RepeatsPlacementsAsTheyWereWritten) {
   const author::Cxform tint{.redMul = 100, .blueAdd = -20};
   author::TagStream tags, expected;
   tags.PlaceObject(1, 4, author::Matrix::Scale(2, 3, 40, 60), tint);
-  tags.Place({.depth = 2, .character = 9, .matrix = author::Matrix::Translate(10, 0), .cxform = tint});
+  tags.Place(
+      {.depth = 2, .character = 9, .matrix = author::Matrix::Translate(10, 0), .cxform = tint});
   expected.PlaceObject(9, 2, author::Matrix::Translate(10, 0), tint);
   expected.PlaceObject(1, 4, author::Matrix::Scale(2, 3, 40, 60), tint);
   EXPECT_EQ(KeyOf(tags), Placed(expected));
@@ -72,7 +73,10 @@ TEST(StageState, AlphaCannotBeSaid) {
 
 TEST(StageState, ATagCutShortChangesNothing) {
   author::TagStream tags, expected;
-  tags.Place(1, 4).Tag(kTagPlaceObject, author::Bytes{1}).Tag(kTagPlaceObject2, {}).Tag(kTagRemoveObject, {});
+  tags.Place(1, 4)
+      .Tag(kTagPlaceObject, author::Bytes{1})
+      .Tag(kTagPlaceObject2, {})
+      .Tag(kTagRemoveObject, {});
   expected.PlaceObject(1, 4);
   EXPECT_EQ(KeyOf(tags), Placed(expected));
 }
