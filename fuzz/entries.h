@@ -41,6 +41,12 @@ void FuzzActions(const uint8_t* data, size_t size);
 // A script of `vexel run` for a small movie.
 void FuzzRun(const uint8_t* data, size_t size);
 
+// HTTP messages, parsed, written, and sent to the POST server.
+void FuzzHttp(const uint8_t* data, size_t size);
+
+// POST data: fields to a list of values.
+void FuzzOptions(const uint8_t* data, size_t size);
+
 struct Target {
   const char* name;  // of the folder of its inputs in fuzz/regress
   void (*run)(const uint8_t* data, size_t size);
@@ -57,6 +63,8 @@ inline constexpr Target kTargets[] = {
     {"check", FuzzCheck},
     {"actions", FuzzActions},
     {"run", FuzzRun},
+    {"http", FuzzHttp},
+    {"options", FuzzOptions},
 };
 
 }  // namespace vexel::fuzz

@@ -238,6 +238,23 @@ void Scripts(const std::filesystem::path& folder) {
   }
 }
 
+void Http(const std::filesystem::path& folder) {
+  Seeds messages(folder, "http");
+  for (const char* text :
+       {"GET /redirect0.html HTTP/1.1\r\nHost: 127.0.0.1:1234\r\nAccept: a/b;q=0.9, */*\r\n\r\n",
+        "GET /redirect0.html\r\n", "HEAD / HTTP/1.0\n\nGET /a HTTP/1.0\nX: one\n two\n\n",
+        "HTTP/1.0 401 No\r\nWWW-Authenticate: Digest realm=\"r\", nonce=n, opaque=o\r\n\r\n",
+        "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"a b\"\r\nContent-Length: 5\r\n\r\n",
+        "\r\n POST \"\\a\" HTTP/1.0\n\r\n\r"}) {
+    messages.Add({reinterpret_cast<const uint8_t*>(text), strlen(text)});
+  }
+  Seeds options(folder, "options");
+  for (const char* text :
+       {"a=1&b=2", " name = value &q=\"x & y\"&c=", "a=\"1\"  b=2", "a", "a=\""}) {
+    options.Add({reinterpret_cast<const uint8_t*>(text), strlen(text)});
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -252,6 +269,7 @@ int main(int argc, char** argv) {
   Bitmaps(argv[1]);
   Svgs(argv[1]);
   Fonts(argv[1]);
+  Http(argv[1]);
   ActionTexts(argv[1]);
   Actions(argv[1]);
   Scripts(argv[1]);

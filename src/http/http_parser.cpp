@@ -73,16 +73,19 @@ HTTPMessage* HTTPParser::parse(const char* data, UINT32& size) {
     const CQKString& first = *static_cast<CQKString*>(GetHead());
     message = BeginsWithProtocol(first) ? parseResponse() : parseRequest();
     if (message) size = used;
-  } else if (!IsEmpty()) {
-    // A request without a version has no headers, and so no blank line.
+  } else if (!IsEmpty() && IsSimpleRequest()) {
     message = parseRequest();
-    if (message && message->majorVersion() >= 1) {
-      delete message;
-      message = nullptr;
-    }
   }
   if (!message) size = 0;
   return message;
+}
+
+// A request without a version has no headers, and so no blank line.
+bool HTTPParser::IsSimpleRequest() const {
+  HTTPMessage* message = parseRequestLine(*static_cast<CQKString*>(GetHead()));
+  bool simple = message && message->majorVersion() < 1;
+  delete message;
+  return simple;
 }
 
 HTTPMessage* HTTPParser::parseRequest() {

@@ -29,6 +29,7 @@ class HTTPParser : public CQKSimpleList {
  private:
   void clearMessageLines();
   UINT32 scanMessageHeader(const char* data, UINT32 size);
+  bool IsSimpleRequest() const;
   const CQKString& NextLine(void*& at) const;
   void ParseHeaders(HTTPMessage* message, void* at) const;
 

@@ -4,6 +4,37 @@
 
 namespace vexel {
 
+namespace {
+
+// The characters that messages are split at, a bit each, so that a set of them
+// takes one test a character. The byte that reads as the end has a bit too.
+constexpr char kSplitting[] = "\r\n\t :,;=";
+constexpr UINT16 kEndBit = 1;
+
+struct CharBits {
+  constexpr CharBits() : of() {
+    of[0xFF] = kEndBit;
+    for (int i = 0; kSplitting[i]; i++) {
+      of[static_cast<UINT8>(kSplitting[i])] = static_cast<UINT16>(kEndBit << (i + 1));
+    }
+  }
+  UINT16 of[256];
+};
+constexpr CharBits kBits;
+
+// The bits of the characters in `set`; 0 if one of them has none.
+UINT16 BitsOf(const char* set) {
+  UINT16 bits = kEndBit;
+  for (; *set; set++) {
+    UINT16 bit = kBits.of[static_cast<UINT8>(*set)];
+    if (bit == 0) return 0;
+    bits |= bit;
+  }
+  return bits;
+}
+
+}  // namespace
+
 MIMEInputStream::MIMEInputStream(const char* text, UINT32 count)
     : MIMEInputStream(CQKString(text, static_cast<int>(count))) {}
 
@@ -32,8 +63,13 @@ int MIMEInputStream::peek() const {
 
 UINT32 MIMEInputStream::read(char* out, UINT32 count) {
   UINT32 got = 0;
-  while (got < count && peek() != kEnd) out[got++] = static_cast<char>(read());
-  return got;
+  if (m_pushed && count > 0) out[got++] = static_cast<char>(read());
+  UINT32 here = count - got < available() ? count - got : available();
+  const void* end = memchr(rest(), kEnd & 0xFF, here);
+  if (end) here = static_cast<UINT32>(static_cast<const char*>(end) - rest());
+  memcpy(out + got, rest(), here);
+  m_position += here;
+  return got + here;
 }
 
 void MIMEInputStream::pushBack(int c) {
@@ -44,13 +80,19 @@ void MIMEInputStream::pushBack(int c) {
 UINT32 MIMEInputStream::max_distance_to(const char* set) const {
   UINT32 count = 0;
   if (m_pushed) {
-    if (m_pushedBack == kEnd || strchr(set, m_pushedBack)) return 0;
+    if (m_pushedBack != 0 && strchr(set, m_pushedBack)) return 0;
     count++;
   }
-  for (const char* p = rest(); p < rest() + available(); p++, count++) {
-    if (static_cast<signed char>(*p) == kEnd || (*p && strchr(set, *p))) break;
+  const UINT8* p = reinterpret_cast<const UINT8*>(rest());
+  const UINT8* end = p + available();
+  UINT16 bits = BitsOf(set);
+  const UINT8* from = p;
+  if (bits != 0) {
+    while (p < end && (kBits.of[*p] & bits) == 0) p++;
+  } else {
+    while (p < end && *p != 0xFF && (*p == 0 || !strchr(set, *p))) p++;
   }
-  return count;
+  return count + static_cast<UINT32>(p - from);
 }
 
 }  // namespace vexel

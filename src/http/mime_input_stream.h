@@ -29,12 +29,9 @@ class MIMEInputStream {
   // Characters up to the first one of `set`, or to the end.
   UINT32 max_distance_to(const char* set) const;
 
-  // The rest of the text, which can be read in one piece while nothing is pushed
-  // back, and how much of it was.
-  const char* rest() const { return static_cast<const char*>(m_text) + m_position; }
-  void skip(UINT32 count) { m_position += count; }
-
  private:
+  const char* rest() const { return static_cast<const char*>(m_text) + m_position; }
+
   CQKString m_text;
   UINT32 m_size;
   UINT32 m_position;

@@ -8,6 +8,9 @@ namespace {
 
 constexpr int kEnd = MIMEInputStream::kEnd;
 
+// Line ends and delimiters that are looked for in one piece.
+constexpr size_t kMaxStops = 15;
+
 bool IsBlank(int c) {
   return c == ' ' || c == '\t';
 }
@@ -49,10 +52,24 @@ bool MIMEScanner::EndsLine(int first, bool textIsEmpty) {
   return false;
 }
 
+// Adds what comes before the next delimiter, line end, or end, in one piece;
+// false without memory.
+bool MIMEScanner::AddPlain(const char* delimiters, CQKString& text) {
+  char stops[kMaxStops + 1] = "\r\n";
+  strncat(stops, delimiters, kMaxStops - 2);
+  UINT32 count = m_stream.max_distance_to(stops);
+  if (count == 0) return true;
+  INT32 length = text.GetLength();
+  char* room = text.GetBufferSetLength(length + static_cast<INT32>(count));
+  if (room) m_stream.read(room + length, count);
+  return room != nullptr;
+}
+
 MIMEToken MIMEScanner::DelimitedToken(const char* delimiters) {
   MIMEToken token;
-  token.text.SetMinBufSize(static_cast<int>(m_stream.max_distance_to(delimiters)));
+  bool canAddPlain = strlen(delimiters) <= kMaxStops - 2;
   for (;;) {
+    if (canAddPlain && !AddPlain(delimiters, token.text)) return token;
     int c = m_stream.read();
     if (c == '\r' || c == '\n') {
       if (c != '\n' && strchr(delimiters, c)) {

@@ -75,6 +75,11 @@ TEST(MIMEScanner, SplitsAtDelimiters) {
   EXPECT_EQ(Tokens(std::string("a\0b,c", 5), ","), std::string("a\0b>, c$", 8));
 }
 
+TEST(MIMEScanner, SplitsAtAnyCharacters) {
+  EXPECT_EQ(Tokens("a|b;c", "|"), "a>| b;c$");
+  EXPECT_EQ(Tokens("axbyc", "0123456789abcdefgxyz"), ">a >x >b >y >c $");
+}
+
 TEST(MIMEScanner, TakesThreeKindsOfLineEnds) {
   EXPECT_EQ(Tokens("a\nb\r\nc\n\rd\re", "\n"), "a>\n b>\n c>\n d>\n e$");
   EXPECT_EQ(Tokens("a\r\n\r\nb", "\n"), "a>\n >\n b$");
