@@ -170,6 +170,7 @@ void Fonts(const std::filesystem::path& folder) {
   font.glyphs = {{' ', 250},
                  {'A', 600, {SquareContour(100, 0, 400, 700), SquareContour(0, 200, 700, 90)}},
                  {'o', 500, {{{0, 300, false}, {300, 300}, {300, 0, false}, {0, 0}}}},
+                 {'p', 500, {}, {2, 3}},
                  {0x416, 500, {SquareContour(0, -100, 300, 300)}}};
   font.kerning = {{2, 3, -40}, {3, 3, 9}};
   seeds.Add(vexel::test::TrueTypeFile(font));

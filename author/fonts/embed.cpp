@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 
 namespace vexel::author {
 
@@ -22,6 +23,9 @@ constexpr double kFarthest = 32767;
 
 // Nanoseconds that a font may take to have its overlaps resolved.
 constexpr double kBudget = 4e9;
+
+// Processor time after which a font is given up whose glyphs are programs without end.
+constexpr std::clock_t kLongest = 20 * CLOCKS_PER_SEC;
 
 // Pairs are looked for among this many glyphs at most: a table for all of a
 // large font would be of no use to anyone.
@@ -129,12 +133,14 @@ Embedded EmbedFont(const FontFile& file, std::span<const WantedGlyph> wanted,
   const auto byCode = [](const WantedGlyph& p, const WantedGlyph& q) { return p.code < q.code; };
   std::stable_sort(sorted.begin(), sorted.end(), byCode);
 
+  const std::clock_t start = std::clock();
   const uint32_t blank = file.GlyphOf(kBlank);
   WorkBudget budget(kBudget);
   std::vector<uint32_t> indexes;  // of the file's glyphs; 0 for a missing one
   size_t outlineBytes = 0;
   for (size_t i = 0; i < sorted.size(); ++i) {
     if (i > 0 && sorted[i].code == sorted[i - 1].code) continue;
+    if (std::clock() - start > kLongest) throw FontError("takes too long to read");
     const uint32_t index = file.GlyphOf(sorted[i].character);
     if (index == 0) result.missing.push_back(sorted[i].character);
     if (index == 0 && !options.keepMissing) continue;

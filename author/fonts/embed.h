@@ -38,7 +38,7 @@ struct Embedded {
 // The name is the family's and can be changed afterwards; so can the lines'
 // measures. Each code counts once, the first time. Codes and offsets are wide
 // where they must be. Throws FontError if a glyph is damaged or the record
-// would be of no sensible size. Takes some seconds at most.
+// would be of no sensible size or take more than some seconds to make.
 Embedded EmbedFont(const FontFile& file, std::span<const WantedGlyph> wanted,
                    const EmbedOptions& options = {});
 

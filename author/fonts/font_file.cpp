@@ -5,6 +5,7 @@
 #include FT_OUTLINE_H
 
 #include <algorithm>
+#include <map>
 
 #include "author/importers.h"
 
@@ -17,6 +18,10 @@ constexpr uint32_t kSymbolArea = 0xF000;
 constexpr uint32_t kLastByte = 0xFF;
 
 constexpr FT_Int32 kLoad = FT_LOAD_NO_SCALE | FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP;
+
+// Composite glyphs of real fonts have a handful of parts, two or three levels deep.
+constexpr uint32_t kMostLoads = 1000;
+constexpr int kDeepest = 16;
 
 // Goes through an outline and writes down its path.
 struct PathSink {
@@ -67,15 +72,42 @@ struct FontFile::Face {
     if (twice % (2 * em) < 0) --rounded;
     return static_cast<int16_t>(std::clamp<int64_t>(rounded, INT16_MIN, INT16_MAX));
   }
-  void Load(uint32_t glyph) const {
+  void Load(uint32_t glyph) {
+    if (Loads(glyph, 0) > kMostLoads) throw FontError("a glyph is made of too many others");
     if (FT_Load_Glyph(face, glyph, kLoad) != 0) throw FontError("a glyph is damaged");
   }
+  // How many glyphs FreeType reads for this one, itself included: a few that
+  // are each made of the one before, twice, would take it forever. More than
+  // kMostLoads if they are too many, too deep, or made of themselves.
+  uint32_t Loads(uint32_t glyph, int depth);
 
   Bytes bytes;  // FreeType reads them as long as the face stands
   FT_Library library = nullptr;
   FT_Face face = nullptr;
   std::string family;
+  std::map<uint32_t, uint32_t> loads;  // of glyphs that were asked for
 };
+
+uint32_t FontFile::Face::Loads(uint32_t glyph, int depth) {
+  if (const auto found = loads.find(glyph); found != loads.end()) return found->second;
+  loads[glyph] = kMostLoads + 1;
+  if (depth > kDeepest) return kMostLoads + 1;
+  if (FT_Load_Glyph(face, glyph, kLoad | FT_LOAD_NO_RECURSE) != 0)
+    throw FontError("a glyph is damaged");
+  std::vector<uint32_t> parts;
+  if (face->glyph->format == FT_GLYPH_FORMAT_COMPOSITE) {
+    for (FT_UInt i = 0; i < face->glyph->num_subglyphs; ++i) {
+      FT_Int part, x, y;
+      FT_UInt flags;
+      FT_Matrix matrix;
+      if (FT_Get_SubGlyph_Info(face->glyph, i, &part, &flags, &x, &y, &matrix) == 0)
+        parts.push_back(static_cast<uint32_t>(part));
+    }
+  }
+  uint32_t sum = 1;
+  for (size_t i = 0; i < parts.size() && sum <= kMostLoads; ++i) sum += Loads(parts[i], depth + 1);
+  return loads[glyph] = sum;
+}
 
 FontFile::FontFile(Bytes bytes) : face_(std::make_unique<Face>()) {
   Face& f = *face_;

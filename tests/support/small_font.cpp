@@ -114,6 +114,16 @@ Tables CommonTables(const SmallFont& font) {
 
 Table TrueTypeGlyph(const SmallGlyph& glyph) {
   Table out;
+  if (!glyph.parts.empty()) {
+    constexpr int kOffsets = 2, kMore = 32;  // x and y in a byte each; another follows
+    out.U16(-1).U16(0).U16(0).U16(1).U16(1);
+    for (size_t i = 0; i < glyph.parts.size(); ++i) {
+      out.U16(kOffsets | (i + 1 < glyph.parts.size() ? kMore : 0));
+      out.U16(glyph.parts[i]).U16(0);
+    }
+    while (out.size() % 4 != 0) out.U8(0);
+    return out;
+  }
   if (glyph.contours.empty()) return out;
   const Extent extent = ExtentOf(glyph);
   out.U16(static_cast<int64_t>(glyph.contours.size()));
@@ -222,7 +232,8 @@ Bytes TrueTypeFile(const SmallFont& font) {
   Tables tables = CommonTables(font);
   Table maxp;
   maxp.U32(0x10000).U16(GlyphCount(font)).U16(1000).U16(100).U16(1000).U16(100).U16(2);
-  for (int i = 0; i < 8; ++i) maxp.U16(0);
+  for (int i = 0; i < 6; ++i) maxp.U16(0);
+  maxp.U16(10).U16(100);  // parts of a glyph, levels of parts
   tables.emplace_back("maxp", maxp);
   Table glyf, loca;
   loca.U32(0).U32(0);

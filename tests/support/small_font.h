@@ -24,6 +24,7 @@ struct SmallGlyph {
   uint32_t character = 0;
   int advance = 0;
   std::vector<FontContour> contours{};
+  std::vector<uint16_t> parts{};  // indexes of glyphs, from 1, in place of contours; TrueType alone
 };
 
 struct SmallPair {

@@ -94,6 +94,30 @@ TEST(FontFile, AGlyphOfMorePointsThanItHoldsIsDamaged) {
   EXPECT_THROW(file.Advance(file.GlyphOf('A')), FontError);
 }
 
+TEST(FontFile, AGlyphMayBeMadeOfOthers) {
+  SmallFont font = Sample();
+  font.glyphs.push_back({'B', 600, {}, {2, 1}});
+  const FontFile file(test::TrueTypeFile(font));
+  EXPECT_EQ(file.Outline(file.GlyphOf('B')).commands.size(), 6u);
+}
+
+TEST(FontFile, AGlyphMadeOfTheOneBeforeTwiceManyTimesOverIsRefused) {
+  SmallFont font;
+  font.glyphs = {{'A', 500}};
+  for (uint16_t i = 1; i < 60; ++i) font.glyphs.push_back({uint32_t{'A'} + i, 500, {}, {i, i}});
+  const FontFile file(test::TrueTypeFile(font));
+  EXPECT_NO_THROW(file.Outline(file.GlyphOf('A' + 5)));
+  EXPECT_THROW(file.Outline(file.GlyphOf('A' + 59)), FontError);
+  EXPECT_THROW(file.Outline(file.GlyphOf('A' + 12)), FontError);
+}
+
+TEST(FontFile, AGlyphMadeOfItselfIsRefused) {
+  SmallFont font = Sample();
+  font.glyphs.push_back({'B', 600, {}, {3}});
+  const FontFile file(test::TrueTypeFile(font));
+  EXPECT_THROW(file.Outline(file.GlyphOf('B')), FontError);
+}
+
 TEST(FontFile, AFileThatIsNotThereSaysSo) {
   EXPECT_THROW(ReadFontFile("/none/none.ttf"), FontError);
 }
