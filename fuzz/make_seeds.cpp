@@ -2,6 +2,7 @@
 // FOLDER/<target>, so that none need to be kept with the sources.
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
