@@ -47,6 +47,9 @@ void FuzzHttp(const uint8_t* data, size_t size);
 // POST data: fields to a list of values.
 void FuzzOptions(const uint8_t* data, size_t size);
 
+// Text fields, fonts, and what is done to them: see field_input.h.
+void FuzzField(const uint8_t* data, size_t size);
+
 struct Target {
   const char* name;  // of the folder of its inputs in fuzz/regress
   void (*run)(const uint8_t* data, size_t size);
@@ -65,6 +68,7 @@ inline constexpr Target kTargets[] = {
     {"run", FuzzRun},
     {"http", FuzzHttp},
     {"options", FuzzOptions},
+    {"field", FuzzField},
 };
 
 }  // namespace vexel::fuzz

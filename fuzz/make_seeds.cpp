@@ -8,7 +8,9 @@
 
 #include "action_blocks.h"
 #include "author/language/dump.h"
+#include "author/records.h"
 #include "author/writer.h"
+#include "field_input.h"
 #include "random_block.h"
 #include "support/random_movie.h"
 #include "support/small_font.h"
@@ -223,6 +225,101 @@ void Actions(const std::filesystem::path& folder) {
   }
 }
 
+// What the input of the target for fields is made of.
+class FieldSeed {
+ public:
+  void Fonts(vexel::fuzz::FieldFonts fonts) {
+    m_out.U8(fonts);
+    const Font font = BlockFont("_typewriter");
+    BitWriter tag;
+    if (fonts == vexel::fuzz::kForm2) {
+      WriteFont2(tag, font);
+      Body(tag.bytes());
+    } else if (fonts == vexel::fuzz::kForm1) {
+      WriteFont(tag, font);
+      Body(tag.bytes());
+      BitWriter info;
+      WriteFontInfo(info, font, 0, false);
+      Body(info.bytes());
+    }
+  }
+  void Fields(const std::vector<EditTextField>& fields, uint8_t bounds, uint8_t repeats) {
+    m_out.U8(static_cast<uint32_t>(fields.size() - 1));
+    for (const EditTextField& field : fields) {
+      m_out.U8(bounds);
+      m_out.U8(repeats);
+      BitWriter record;
+      WriteEditText(record, field);
+      Body(record.bytes());
+    }
+  }
+  FieldSeed& Op(vexel::fuzz::FieldOp op, std::initializer_list<uint8_t> operands = {}) {
+    m_out.U8(op);
+    for (const uint8_t operand : operands) m_out.U8(operand);
+    return *this;
+  }
+  FieldSeed& Text(std::string_view text) {
+    m_out.U8(static_cast<uint32_t>(text.size()));
+    m_out.Append({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+    return *this;
+  }
+  FieldSeed& Click(uint8_t x, uint8_t y) {
+    return Op(vexel::fuzz::kOpDown, {x, y}).Op(vexel::fuzz::kOpUp, {x, y});
+  }
+  FieldSeed& Type(std::string_view text) {
+    for (const char c : text) Op(vexel::fuzz::kOpKey, {static_cast<uint8_t>(c), 0});
+    return *this;
+  }
+  const Bytes& bytes() const { return m_out.bytes(); }
+
+ private:
+  void Body(const Bytes& bytes) {
+    m_out.U16(static_cast<uint32_t>(bytes.size()));
+    m_out.Append(bytes);
+  }
+
+  BitWriter m_out;
+};
+
+// Fields of all kinds, each seed with other flags, in every kind of font.
+void Fields(const std::filesystem::path& folder) {
+  using namespace vexel::fuzz;
+  Seeds seeds(folder, "field");
+  constexpr uint16_t kFlags[] = {0,
+                                 kEditMultiline | kEditWordWrap | kEditBorder,
+                                 kEditPassword,
+                                 kEditReadOnly | kEditMultiline,
+                                 kEditNoSelect,
+                                 kEditWordWrap};
+  constexpr uint8_t kRepeats[] = {255, 3, 12, 20};
+  for (uint8_t seed = 0; seed < 24; ++seed) {
+    FieldSeed input;
+    input.Fonts(static_cast<FieldFonts>(seed % kFieldFontsCount));
+    std::vector<EditTextField> fields;
+    for (uint8_t i = 0; i <= seed % 3; ++i) {
+      EditTextField field;
+      field.flags = kFlags[(seed + i) % std::size(kFlags)];
+      if (seed % 5 != 0) field.flags |= kEditOutlines;
+      field.font = 1;
+      field.height = static_cast<uint16_t>(seed % 7 == 0 ? 0 : 60 * (1 + i));
+      field.variable = kFieldVariables[i % std::size(kFieldVariables)];
+      if (seed % 2) field.initialText = "one two\rthree four";
+      if (seed % 3 == 1) field.maxLength = static_cast<uint16_t>(seed);
+      if (seed % 4 == 3) field.layout = EditTextLayout{i, 40, 60, 20, -10};
+      fields.push_back(field);
+    }
+    input.Fields(fields, static_cast<uint8_t>(seed % 8), kRepeats[seed % std::size(kRepeats)]);
+    input.Click(5, 5).Type("Ab 1\r").Op(kOpBlink).Op(kOpDraw);
+    for (uint8_t key = 1; key <= 18; ++key) input.Op(kOpKey, {key, static_cast<uint8_t>(seed & 3)});
+    input.Op(kOpDown, {3, 3}).Op(kOpMove, {50, 20}).Op(kOpDraw).Op(kOpUp, {60, 47});
+    input.Op(kOpSet, {0}).Text("new text").Op(kOpScroll, {0, 2}).Op(kOpGet, {0, 1, 2});
+    input.Op(kOpSeek, {seed}).Op(kOpSeek, {0}).Op(kOpPlay, {3}).Op(kOpPaste).Text("in\r\n\xFF");
+    input.Op(kOpView, {seed}).Op(kOpProperty, {7, 0}).Op(kOpProperty, {10, 30});
+    input.Op(kOpCode, {0x41, 0x81}).Op(kOpWait, {20});
+    seeds.Add(input.bytes());
+  }
+}
+
 void Scripts(const std::filesystem::path& folder) {
   Seeds seeds(folder, "run");
   const char* const scripts[] = {
@@ -233,6 +330,7 @@ void Scripts(const std::filesystem::path& folder) {
       "get x\nset x=two words\nget /:x\nget nothing\nset a:v=1\n",
       "prop a 0\nsetprop a 10 45\nprop / 11\n",
       "key tab\nkey left shift\nkey 13\ntype some text\nblink\nwait 500\nget v\n",
+      "down 3 4\nmove 9 4\nup 9 4\nkey copy\nkey cut\nkey paste\npaste now\nblink\nget v.scroll\n",
   };
   for (const char* script : scripts) {
     const std::string text = script;
@@ -275,5 +373,6 @@ int main(int argc, char** argv) {
   ActionTexts(argv[1]);
   Actions(argv[1]);
   Scripts(argv[1]);
+  Fields(argv[1]);
   return 0;
 }

@@ -393,11 +393,14 @@ class Generator {
 
   void Field() {
     EditTextField field;
-    field.flags = static_cast<uint16_t>(kEditOutlines | (lots_.OneIn(2) ? kEditBorder : 0) |
-                                        (lots_.OneIn(2) ? kEditMultiline | kEditWordWrap : 0) |
-                                        (lots_.OneIn(5) ? kEditPassword : 0));
-    field.font = fontId_;
+    field.flags = static_cast<uint16_t>(
+        (lots_.OneIn(6) ? 0 : kEditOutlines) | (lots_.OneIn(2) ? kEditBorder : 0) |
+        (lots_.OneIn(2) ? kEditMultiline | kEditWordWrap : 0) |
+        (lots_.OneIn(5) ? kEditPassword : 0) | (lots_.OneIn(6) ? kEditReadOnly : 0) |
+        (lots_.OneIn(8) ? kEditNoSelect : 0));
+    if (!lots_.OneIn(8)) field.font = fontId_;
     field.height = static_cast<uint16_t>(lots_.Between(160, 500));
+    if (lots_.OneIn(4)) field.maxLength = static_cast<uint16_t>(lots_.Between(0, 20));
     if (lots_.OneIn(2)) field.color = Any();
     if (lots_.OneIn(2)) {
       field.layout = EditTextLayout{
@@ -405,7 +408,9 @@ class Generator {
           static_cast<uint16_t>(lots_.Between(0, 80)), static_cast<uint16_t>(lots_.Between(0, 80)),
           static_cast<int16_t>(lots_.Between(-20, 60))};
     }
-    field.initialText = Words() + (lots_.OneIn(2) ? "\r" : " ") + Words();
+    // "v" is what the actions write.
+    field.variable = lots_.Of(std::vector<std::string>{"", "v", "w", "/:v", "s1:v", "nowhere:v"});
+    if (!lots_.OneIn(4)) field.initialText = Words() + (lots_.OneIn(2) ? "\r" : " ") + Words();
     const uint16_t id = NewId();
     movie_.DefineEditText(id, {0, lots_.Between(800, 3000), 0, lots_.Between(400, 1500)}, field);
     cast_.push_back({id, Kind::kField});

@@ -10,7 +10,7 @@ namespace vexel::author {
 struct RandomMovieOptions {
   bool text = true;      // static text in a font of the movie
   bool buttons = true;   // of both forms, idle
-  bool fields = false;   // editable text in the movie's own outlines
+  bool fields = false;   // editable text, mostly in the movie's own outlines
   bool actions = false;  // play, stop, go to, variables and properties
   int maxFrames = 8;     // of the root timeline, at least 1
 };
