@@ -26,9 +26,6 @@ constexpr char kNoName[] = "?";
 constexpr char kScroll[] = ".scroll";
 constexpr char kMaxScroll[] = ".maxscroll";
 
-// Objects passed by that count as a tag.
-constexpr int32_t kObjectsPerTag = 16;
-
 // "_level" and a layer's number of 16 bits.
 constexpr size_t kMaxLevelName = 12;
 
@@ -66,11 +63,9 @@ int32_t ReadMode(const char* ending) {
 }
 
 // ScrollEditText of the field whose variable stands before `ending` in `name`;
-// false if there is none. The whole tree is gone through, which a script can
-// ask for with every action.
+// false if there is none.
 bool ScrollField(DisplayList* stage, ScriptThread* thread, const char* name, const char* ending,
                  int32_t mode, int32_t* line) {
-  if (!stage->SpendTags(1 + stage->objectCount / kObjectsPerTag)) return false;
   char* field = CreateStr(name, static_cast<int32_t>(ending - name));
   const bool found = field && stage->root.ScrollEditText(thread, field, mode, *line);
   FreeStr(field);

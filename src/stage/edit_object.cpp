@@ -18,6 +18,7 @@ namespace {
 constexpr int32_t kObjectsPerTag = 16;
 constexpr int32_t kTextsPerTag = 4;
 constexpr int32_t kPathBytesPerTag = 16;
+constexpr int32_t kCharactersPerTag = 64;
 
 SPlayer* PlayerOf(const EditText* text) {
   const ScriptPlayer* movie = text->object->character->player;
@@ -110,6 +111,8 @@ void SObject::UpdateEditText(ScriptThread* thread, const char* name, const char*
     if (!IsInTree(text->object, this)) continue;
     text->SetBuffer(value);
     text->object->Modify();
+    // A script writes a long text at no cost, and each field copies it.
+    display->SpendTags(text->length / kCharactersPerTag);
   }
 }
 
