@@ -50,6 +50,9 @@ void FuzzOptions(const uint8_t* data, size_t size);
 // Text fields, fonts, and what is done to them: see field_input.h.
 void FuzzField(const uint8_t* data, size_t size);
 
+// Calls of a client to the plug-in, with all that its host offers.
+void FuzzSession(const uint8_t* data, size_t size);
+
 struct Target {
   const char* name;  // of the folder of its inputs in fuzz/regress
   void (*run)(const uint8_t* data, size_t size);
@@ -69,6 +72,7 @@ inline constexpr Target kTargets[] = {
     {"http", FuzzHttp},
     {"options", FuzzOptions},
     {"field", FuzzField},
+    {"session", FuzzSession},
 };
 
 }  // namespace vexel::fuzz

@@ -135,6 +135,40 @@ void Texts(const std::filesystem::path& folder) {
   seeds.Add(Bytes(kText.begin(), kText.end()));
 }
 
+// Sessions as a client leads them, in the calls of the entry: open a stream, send
+// it, let time pass, use the mouse and the keys, answer for files.
+void Sessions(const std::filesystem::path& folder) {
+  Seeds seeds(folder, "session");
+  const auto join = [](std::initializer_list<Bytes> parts) {
+    Bytes all;
+    for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+  };
+  const Bytes file = {0, 2, 5, 7, 208, 13};
+  const Bytes messages = {0, 2, 4, 1, 244, 13};
+  const Bytes wholeFile = {6, 0, 0, 255, 255, 1, 255, 0, 128};
+  const Bytes twoPieces = {6, 0, 0, 0, 40, 1, 255, 0, 128, 6, 0, 60, 255, 255, 1, 255, 0, 128};
+  const Bytes object = {4, 0, 0, 0, 19, 0, 120, 0, 0, 0, 128};
+  const Bytes atOnce = {4, 5, 0, 0, 150, 0, 60, 0, 0, 0, 128};
+  const Bytes waiting = {4, 17, 0, 0, 150, 0, 60, 0, 5, 0, 128};
+  Bytes syncs;
+  for (int i = 0; i < 12; ++i) syncs.insert(syncs.end(), {8, 25});
+  const Bytes events = {15, 6, 20, 20, 1,  15, 4, 1, 20, 20, 1, 15, 5, 1, 20,
+                        20, 1, 15, 2,  81, 0,  1, 1, 15, 2,  0, 97, 0, 1};
+  const Bytes answers = {18, 1, 7, 18, 1, 7, 18, 1, 7};
+  const Bytes endOfPackets = {12};
+  const Bytes detachInside = {16, 1};
+  const Bytes resizeInside = {16, 3};
+  const Bytes newSize = {17, 1, 1, 30, 30};
+  const Bytes otherStream = {1, 0, 2, 36, 0, 9};
+  seeds.Add(join({file, wholeFile, syncs, events, answers, endOfPackets, syncs}));
+  seeds.Add(join({file, twoPieces, syncs, events}));
+  seeds.Add(join({messages, object, atOnce, waiting, syncs, events}));
+  seeds.Add(join({file, wholeFile, detachInside, syncs, events}));
+  seeds.Add(join({file, wholeFile, resizeInside, syncs, newSize, syncs}));
+  seeds.Add(join({file, wholeFile, syncs, otherStream, syncs, answers}));
+}
+
 void Svgs(const std::filesystem::path& folder) {
   Seeds seeds(folder, "svg");
   const char* const bodies[] = {
@@ -368,6 +402,7 @@ int main(int argc, char** argv) {
   Texts(argv[1]);
   Bitmaps(argv[1]);
   Svgs(argv[1]);
+  Sessions(argv[1]);
   Fonts(argv[1]);
   Http(argv[1]);
   ActionTexts(argv[1]);

@@ -1,7 +1,8 @@
 #!/bin/sh
 # run.sh TARGET [SECONDS]: fuzzes a target (movie, bitmap, svg, font, actions_text, make,
-# dump, check, actions, run, http, options or field) with bounded memory and time, from the seeds of the
-# build and what earlier runs found. The build folder is build-fuzz, or $BUILD.
+# dump, check, actions, run, http, options, field or session) with bounded memory and
+# time, from the seeds of the build and what earlier runs found. The build folder is
+# build-fuzz, or $BUILD.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 target=$1

@@ -7,6 +7,33 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
+class FakeListenSocket final : public Fake<IZEMListenSocket> {
+ public:
+  FakeListenSocket() : Fake(IID_IZEMListenSocket) {}
+  INT32 Listen(UINT32, UINT16, IZEMListenResponse* newResponse) override {
+    response = newResponse;
+    return ZEM_OK;
+  }
+
+ private:
+  Ptr<IZEMListenResponse> response;
+};
+
+class FakeNetwork final : public Fake<IZEMNetworkServices> {
+ public:
+  FakeNetwork() : Fake(IID_IZEMNetworkServices) {}
+  INT32 CreateTCPSocket(IZEMTCPSocket*&) override { return ZEM_NOT_IMPLEMENTED; }
+  INT32 CreateUDPSocket(IUnknown*&) override { return ZEM_NOT_IMPLEMENTED; }
+  INT32 CreateListenSocket(IZEMListenSocket*& socket) override {
+    ++sockets;
+    socket = new FakeListenSocket;
+    socket->AddRef();
+    return ZEM_OK;
+  }
+
+  int sockets = 0;
+};
+
 class EngineUrl : public EngineFixture {
  protected:
   EngineUrl() { files.Install(*host.factory); }
@@ -118,6 +145,20 @@ TEST_F(EngineUrl, WithoutABrowserNothingHappens) {
   Init();
   Go("http://a/b", "_top");
   Go("http://a/b", "_top", "x=1");
+}
+
+TEST_F(EngineUrl, DataGoesIntoTheBrowserByAPageOfOurs) {
+  const Ptr<FakeNetwork> network = New<FakeNetwork>();
+  host.context->others[IID_IZEMNetworkServices] = Ptr<IUnknown>(network.get());
+  Init();
+  Go("http://a/b", "frame", "x=1");
+  Go("https://a/b", "frame", "x=2");
+  ASSERT_EQ(host.navigate->visits.size(), 2u);
+  for (const std::string& visit : host.navigate->visits) {
+    EXPECT_TRUE(visit.starts_with("http://127.0.0.1:")) << visit;
+    EXPECT_TRUE(visit.ends_with(".html frame")) << visit;
+  }
+  EXPECT_EQ(network->sockets, 1);
 }
 
 TEST_F(EngineUrl, RequestsAreReported) {
