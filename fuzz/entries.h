@@ -38,6 +38,11 @@ void FuzzCheck(const uint8_t* data, size_t size);
 // the button's of a small movie, which is played and clicked.
 void FuzzActions(const uint8_t* data, size_t size);
 
+// Packets for the reassembler, beside its plain twin. A head of 4 bytes (mode,
+// where packets start, the file's length), then one piece after another: a byte
+// for what it is and its time, and for a packet its length in 16 bits.
+void FuzzPackets(const uint8_t* data, size_t size);
+
 // A script of `vexel run` for a small movie.
 void FuzzRun(const uint8_t* data, size_t size);
 
@@ -68,6 +73,7 @@ inline constexpr Target kTargets[] = {
     {"dump", FuzzDump},
     {"check", FuzzCheck},
     {"actions", FuzzActions},
+    {"packets", FuzzPackets},
     {"run", FuzzRun},
     {"http", FuzzHttp},
     {"options", FuzzOptions},

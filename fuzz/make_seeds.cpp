@@ -11,6 +11,7 @@
 #include "author/records.h"
 #include "author/writer.h"
 #include "field_input.h"
+#include "host/wire_packets.h"
 #include "random_block.h"
 #include "support/random_movie.h"
 #include "support/small_font.h"
@@ -389,6 +390,36 @@ void Http(const std::filesystem::path& folder) {
   }
 }
 
+// A packet, or another piece, for the target `packets`.
+void PutPiece(Bytes& out, uint8_t kind, const Bytes& packet) {
+  out.push_back(kind);
+  vexel::test::PutBig(out, packet.size(), 2);
+  out.insert(out.end(), packet.begin(), packet.end());
+}
+
+// Streams of a few packets.
+void Packets(const std::filesystem::path& folder) {
+  using vexel::test::CutHead;
+  using vexel::test::FragmentRecord;
+  Seeds seeds(folder, "packets");
+  Bytes linear = {0, 0, 0, 0};
+  PutPiece(linear, 0, vexel::test::WholeRecord(40, Bytes(9, 1)));
+  PutPiece(linear, 1, FragmentRecord(7, 0, Bytes(8, 1), false));
+  PutPiece(linear, 1, FragmentRecord(7, 16, Bytes(8, 3), true));
+  linear.insert(linear.end(), {7, 0, 7});
+  PutPiece(linear, 1, FragmentRecord(7, 8, Bytes(8, 2), false));
+  PutPiece(linear, 1, FragmentRecord(60001, 0, Bytes(5, 4), true));
+  seeds.Add(linear);
+  Bytes file = {1, 20, 1, 0};
+  PutPiece(file, 1, CutHead{20, 0, 1, 2, 0, 0, 30}.With(Bytes(40, 1)));
+  PutPiece(file, 1, CutHead{60, 1, 1, 1, 10, 20, 0}.With(Bytes(20, 2)));
+  PutPiece(file, 1, CutHead{120, 4, 5, 2, 0, 0, 10}.With(Bytes(20, 3)));
+  PutPiece(file, 1, CutHead{80, 2, 3, 4, 0, 0, 0}.With(Bytes(40, 4)));
+  PutPiece(file, 1, CutHead{160, 5, 6, 1, 30, 20, 0}.With(Bytes(40, 5)));
+  PutPiece(file, 1, CutHead{140, 5, 5, 7, 10, 20, 0}.With(Bytes(20, 6)));
+  seeds.Add(file);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -407,6 +438,7 @@ int main(int argc, char** argv) {
   Http(argv[1]);
   ActionTexts(argv[1]);
   Actions(argv[1]);
+  Packets(argv[1]);
   Scripts(argv[1]);
   Fields(argv[1]);
   return 0;

@@ -1,6 +1,6 @@
 #!/bin/sh
 # run.sh TARGET [SECONDS]: fuzzes a target (movie, bitmap, svg, font, actions_text, make,
-# dump, check, actions, run, http, options, field or session) with bounded memory and
+# dump, check, actions, run, http, options, packets, field or session) with bounded memory and
 # time, from the seeds of the build and what earlier runs found. The build folder is
 # build-fuzz, or $BUILD.
 set -eu
