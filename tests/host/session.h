@@ -1,6 +1,9 @@
 // A session with the plug-in, as a client leads it.
 #pragma once
 
+#include <chrono>
+#include <thread>
+
 #include "author/writer.h"
 #include "host/stream_packets.h"
 
@@ -8,7 +11,7 @@ namespace vexel::test {
 
 // A movie of 100 by 80 pixels with `frames` frames: a red box of 10 by 10 moves
 // to the right by 10 pixels a frame, from the third one on.
-inline Bytes BoxMovie(int frames, int width = 100, int height = 80) {
+inline Bytes SlidingBox(int frames, int width = 100, int height = 80) {
   author::MovieWriter movie(width, height, 10);
   author::ShapeBuilder box;
   box.Style(box.AddFill(author::Color{200, 0, 0})).Rectangle(author::Rect::Pixels(0, 0, 10, 10));
@@ -87,6 +90,18 @@ struct Session {
   INT32 Put(const Bytes& bytes, UINT32 time = 0) {
     return renderer->OnPacket(MakePacket(bytes, time).get(), 0);
   }
+  // A time sync that the throttle lets through: the last one's length blocks the
+  // next ones for less than twice as long, and a second at most.
+  INT32 Sync(UINT32 time) {
+    Wait();
+    const auto start = Clock::now();
+    const INT32 result = renderer->OnTimeSync(time);
+    const Clock::duration length = Clock::now() - start;
+    next = start + std::min<Clock::duration>(2 * length, std::chrono::seconds(1)) +
+           std::chrono::milliseconds(3);
+    return result;
+  }
+  void Wait() const { std::this_thread::sleep_until(next); }
   // Lets all references go but `unknown`.
   void LetGo() {
     plugin = {};
@@ -98,6 +113,9 @@ struct Session {
     const size_t at = static_cast<size_t>(y * surface.info.width + x);
     return at < surface.pixels.size() ? surface.pixels[at] : 0xDEAD;
   }
+
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point next = Clock::now();
 
   FakeHost host;
   Ptr<IUnknown> unknown;

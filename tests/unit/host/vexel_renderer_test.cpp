@@ -7,13 +7,13 @@
 namespace vexel {
 namespace {
 
-using test::BoxMovie;
 using test::Bytes;
 using test::FramedFile;
 using test::FramesOf;
 using test::Ptr;
 using test::Query;
 using test::Session;
+using test::SlidingBox;
 using Lines = std::vector<std::string>;
 
 struct RendererTest : testing::Test, Session {
@@ -33,7 +33,7 @@ struct RendererTest : testing::Test, Session {
     return static_cast<size_t>(std::count(host.log->lines.begin(), host.log->lines.end(), line));
   }
   int alive;
-  FramedFile file = FramesOf(BoxMovie(5));
+  FramedFile file = FramesOf(SlidingBox(5));
 };
 
 TEST_F(RendererTest, CreateInstanceNeedsAPlaceForTheResult) {
@@ -104,7 +104,7 @@ TEST_F(RendererTest, InitPluginTakesWhatTheContextHas) {
   EXPECT_EQ(Init(), ZEM_OK) << "all but the factory is optional";
   OpenFile(file);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(Pixel(5, 5), 0xC80000u);
   EXPECT_TRUE(host.log->lines.empty());
 }
@@ -198,7 +198,7 @@ TEST_F(RendererTest, PlaysANonLinearMovieOntoTheSurface) {
   EXPECT_EQ(event.handled, 0) << "nothing has been drawn yet";
   Put(file.Cut(file.bounds[0], file.bounds.back()));
   EXPECT_EQ(host.site->redraws, 0) << "packets only wait";
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(host.site->redraws, 2) << "two redraws in a row";
   EXPECT_EQ(host.site->surface->copies, 2);
   EXPECT_EQ(host.site->surface->lastDest.right, 100);
@@ -213,7 +213,7 @@ TEST_F(RendererTest, PlaysANonLinearMovieOntoTheSurface) {
 TEST_F(RendererTest, DrawingEventNeedsSurfaceAndSite) {
   OpenFile(file);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   _QKxEvent event = {ZEM_EVENT_DRAW, nullptr, nullptr, nullptr, 5, 5};
   EXPECT_EQ(siteUser->HandleEvent(&event), ZEM_OK);
   EXPECT_EQ(event.handled, 0);
@@ -238,7 +238,7 @@ TEST_F(RendererTest, EventsAreClearedFirst) {
 TEST_F(RendererTest, PictureFollowsTheSite) {
   OpenFile(file);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   host.site->size = {200, 160};
   _QKxEvent event = {};
   host.site->Draw(event);
@@ -251,7 +251,7 @@ TEST_F(RendererTest, PictureFollowsTheSite) {
 TEST_F(RendererTest, PictureEndsAtTwoThousandPixels) {
   OpenFile(file);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   struct Case {
     _QKxSize site, picture;
   };
@@ -268,11 +268,11 @@ TEST_F(RendererTest, PictureEndsAtTwoThousandPixels) {
 }
 
 TEST_F(RendererTest, HugeMoviesAreDrawnSmallerFromTheStart) {
-  file = FramesOf(BoxMovie(2, 3000, 300));
+  file = FramesOf(SlidingBox(2, 3000, 300));
   OpenFile(file);
   EXPECT_EQ(host.site->wishes[0].width, 3000) << "the wish is for the movie's own size";
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(host.site->surface->info.width, 2000);
   EXPECT_EQ(host.site->surface->info.height, 200);
 }
@@ -280,7 +280,7 @@ TEST_F(RendererTest, HugeMoviesAreDrawnSmallerFromTheStart) {
 TEST_F(RendererTest, EmptySiteDrawsNothing) {
   OpenFile(file);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   const int copies = host.site->surface->copies;
   for (const _QKxSize size : {_QKxSize{0, 0}, _QKxSize{-5, 100}, _QKxSize{100, 0}}) {
     host.site->size = size;
@@ -297,7 +297,7 @@ TEST_F(RendererTest, SiteMayDetachInsideARedraw) {
     host.site->onRedraw = [] {};
     Detach();
   };
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(host.site->redraws, 1);
   EXPECT_EQ(host.site->refs(), 1u);
 }
@@ -320,11 +320,12 @@ TEST_F(RendererTest, ClientMayLetGoInsideARedraw) {
 
 TEST_F(RendererTest, PositionReportsDriveAMovieThatIsPaused) {
   OpenFile(file);
-  renderer->OnTimeSync(0);
+  Sync(0);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
   renderer->OnBuffering(1, 50);
   const auto sink = host.player->sinks.at(0);
   const int before = host.site->redraws;
+  Wait();
   sink->OnPosLength(0, 500);
   EXPECT_EQ(host.site->redraws, before + 2);
   EXPECT_EQ(CountOf("14 CAS:OnPosLength(0,500)"), 1u);
@@ -352,7 +353,7 @@ TEST_F(RendererTest, NewHeaderBeginsAnew) {
   host.backChannel->sent.clear();
   Put(file.Cut(file.bounds[0], file.bounds.back()));
   EXPECT_TRUE(host.backChannel->sent.empty()) << "positions stand at the head again";
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(Pixel(5, 5), 0xC80000u);
 }
 
@@ -361,9 +362,9 @@ TEST_F(RendererTest, FullSessionLeavesNothingBehind) {
     Session session;
     session.OpenFile(file);
     session.Put(file.Cut(file.bounds[0], file.bounds.back()));
-    session.renderer->OnTimeSync(0);
+    session.Sync(0);
     session.renderer->OnEndofPackets();
-    session.renderer->OnTimeSync(20000);
+    session.Sync(20000);
     EXPECT_FALSE(session.host.scheduler->timers.empty()) << "a clock of its own runs on";
     session.host.scheduler->Advance(1000);
     session.renderer->EndStream();
@@ -383,8 +384,8 @@ TEST_F(RendererTest, ReleaseDoesWhatTheClientLeftUndone) {
     Session session;
     session.OpenFile(file);
     session.Put(file.Cut(file.bounds[0], file.bounds.back()));
-    session.renderer->OnTimeSync(0);
-    session.renderer->OnTimeSync(20000);
+    session.Sync(0);
+    session.Sync(20000);
     session.host.site->user = nullptr;
     session.LetGo();
     session.unknown = {};
@@ -414,23 +415,23 @@ TEST_F(RendererTest, InitPluginTwiceBeginsAnew) {
   EXPECT_EQ(sink->OnPosLength(1, 2), ZEM_OK) << "it knows nobody any more";
   OpenFile(file);
   Put(file.Cut(file.bounds[0], file.bounds.back()));
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(Pixel(5, 5), 0xC80000u);
 }
 
 TEST_F(RendererTest, TwoInstancesPlaySideBySide) {
   Session other;
-  const FramedFile wide = FramesOf(BoxMovie(5, 40, 30));
+  const FramedFile wide = FramesOf(SlidingBox(5, 40, 30));
   OpenFile(file);
   other.OpenFile(wide);
   for (size_t k = 0; k < 5; ++k) {
     Put(file.Cut(file.bounds[k], file.bounds[k + 1]));
     other.Put(wide.Cut(wide.bounds[k], wide.bounds[k + 1]));
   }
-  renderer->OnTimeSync(0);
+  Sync(0);
   EXPECT_EQ(host.site->surface->copies, 2);
   EXPECT_EQ(other.host.site->surface->copies, 0);
-  other.renderer->OnTimeSync(0);
+  other.Sync(0);
   EXPECT_EQ(Pixel(5, 5), 0xC80000u);
   EXPECT_EQ(other.Pixel(5, 5), 0xC80000u);
   EXPECT_EQ(other.host.site->surface->info.width, 40);
