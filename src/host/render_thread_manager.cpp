@@ -3,7 +3,6 @@
 #include <new>
 
 #include "base/ref.h"
-#include "host/held.h"
 
 namespace vexel {
 namespace {
@@ -105,6 +104,9 @@ INT32 CRenderThreadManager::EndStream() {
 
 INT32 CRenderThreadManager::OnHeader(IZEMValues* header) {
   if (!m_pRenderer) return ZEM_UNEXPECTED;
+  // What still waits belongs to an earlier stream.
+  while (!m_PacketQueue.IsEmpty()) TakePacket();
+  ClearLateWriteList();
   if (!header || header->GetPropertyULONG32("Duration", m_ulDuration) < 0) {
     m_ulDuration = kUnknownDuration;
   }
@@ -143,10 +145,16 @@ INT32 CRenderThreadManager::DoOnTimeSyncWork(UINT32 streamTime) {
   return result;
 }
 
+// The oldest packet, for as long as the result lives.
+Held<IZEMPacket> CRenderThreadManager::TakePacket() {
+  IZEMPacket* packet = m_PacketQueue.Deque();
+  m_ulQueuedBytes -= CostOf(packet);
+  return Held<IZEMPacket>(packet);
+}
+
 void CRenderThreadManager::DeliverPackets() {
   while (!m_PacketQueue.IsEmpty()) {
-    Held<IZEMPacket> packet(m_PacketQueue.Deque());
-    m_ulQueuedBytes -= CostOf(packet.Get());
+    const Held<IZEMPacket> packet = TakePacket();
     m_pRenderer->OnPacket(packet.Get(), 0);
   }
 }

@@ -8,6 +8,7 @@
 
 #include "base/simple_list.h"
 #include "base/tick_count.h"
+#include "host/held.h"
 #include "host/on_packet_handler.h"
 #include "host/pointer_queue.h"
 #include "zem/zem.h"
@@ -38,6 +39,7 @@ class CRenderThreadManager : public IOnPacketHandler {
   INT32 AddLateWriteBuffer(IZEMBuffer* buffer) override;
 
   // The client's calls, on their way to the engine. ZEM_UNEXPECTED without one.
+  // A header drops what still waits for a burst.
   virtual INT32 GetRendererInfo(const char**& mimeTypes, UINT32& granularity);
   virtual INT32 StartStream(IZEMStream* stream, IZEMPlayer* player);
   virtual INT32 EndStream();
@@ -69,6 +71,7 @@ class CRenderThreadManager : public IOnPacketHandler {
 
  private:
   INT32 DoOnTimeSyncWork(UINT32 streamTime);
+  Held<IZEMPacket> TakePacket();
   void DeliverPackets();
   void DoAnyLateWrites();
   void RemoveLateWrite(void* position);

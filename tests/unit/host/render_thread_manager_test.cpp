@@ -314,6 +314,17 @@ TEST_F(ManagerTest, EndOfANonLinearStreamLeavesTheTimeRunningBehindItsDuration) 
   EXPECT_TRUE(manager.IsStreamTimeRunning());
 }
 
+TEST_F(ManagerTest, HeaderDropsWhatWaitsOfAnEarlierStream) {
+  PutPacket(1);
+  PutLate(2);
+  Header(true, 5000);
+  EXPECT_EQ(manager.GetPacketCount(), 0);
+  EXPECT_EQ(manager.GetLateWriteCount(), 0);
+  PutPacket(3);
+  manager.OnTimeSync(0);
+  EXPECT_EQ(calls, Calls({"OnPacket 3 0", "OnTimeSync 0"}));
+}
+
 TEST_F(ManagerTest, MissingDurationIsEndless) {
   manager.OnHeader(test::MakeValues().get());
   manager.OnTimeSync(5);
