@@ -9,8 +9,6 @@ namespace vexel {
 
 namespace {
 
-constexpr INT32 kStaticRefs = -2000000000;  // 0x88CA6C00
-
 constexpr INT32 kReserve = 16;
 // From this length on the reserve no longer grows with the text.
 constexpr INT32 kLongText = 2048;
@@ -20,7 +18,6 @@ struct EmptyText {
   char terminator;
 };
 EmptyText g_empty = {{kStaticRefs, 0, 0}, 0};
-char* g_emptyText = g_empty.header.Characters();
 
 INT32 TextLength(const char* text) {
   if (!text) return 0;
@@ -30,29 +27,7 @@ INT32 TextLength(const char* text) {
 
 }  // namespace
 
-char*& AfxGetEmptyString() {
-  return g_emptyText;
-}
-
-void CQKString::ForgetField() {
-  lastFieldIndex = 0;
-  lastFieldEnd = nullptr;
-}
-
-void CQKString::Init() {
-  data = AfxGetEmptyString();
-  ForgetField();
-}
-
-void CQKString::SafeRelease(CStringData* block) {
-  if (!block || block->refs == kStaticRefs) return;
-  if (--block->refs <= 0) delete[] reinterpret_cast<char*>(block);
-}
-
-void CQKString::Release() {
-  SafeRelease(Header());
-  Init();
-}
+char* g_emptyText = g_empty.header.Characters();
 
 // A new block in place of `data`, which is not released; false leaves all.
 bool CQKString::NewBuffer(INT32 length, int64_t room) {
@@ -148,17 +123,6 @@ void CQKString::ConcatInPlace(INT32 count, const char* source) {
   // The source may lie in the old block, which stays until all is copied.
   ConcatCopy(block->length, block->Characters(), count, source);
   if (Header() != block) SafeRelease(block);
-}
-
-CQKString::CQKString(const CQKString& other) {
-  Init();
-  CStringData* block = other.Header();
-  if (block->refs < 0) {
-    AssignCopy(block->length, block->Characters());
-  } else {
-    block->refs++;
-    data = block->Characters();
-  }
 }
 
 CQKString::CQKString(const char* text) {

@@ -10,6 +10,9 @@
 
 namespace vexel {
 
+// Marks characters that nobody counts or frees; 0x88CA6C00.
+inline constexpr INT32 kStaticRefs = -2000000000;
+
 // Precedes the characters in the same allocation.
 struct CStringData {
   INT32 refs;         // who shares it; kStaticRefs: never counted, never freed
@@ -20,16 +23,28 @@ struct CStringData {
 };
 
 // The characters of the empty string that all empty strings share.
-char*& AfxGetEmptyString();
+inline char*& AfxGetEmptyString() {
+  extern char* g_emptyText;
+  return g_emptyText;
+}
 
 class CQKString {
  public:
   CQKString() { Init(); }
-  CQKString(const CQKString& other);
+  CQKString(const CQKString& other) {
+    Init();
+    CStringData* block = other.Header();
+    if (block->refs < 0) {
+      AssignCopy(block->length, block->Characters());
+    } else {
+      block->refs++;
+      data = block->Characters();
+    }
+  }
   CQKString(const char* text);  // null is empty
   CQKString(char c, int count);
   CQKString(const char* text, int count);  // which may contain zeros
-  ~CQKString() { Release(); }
+  ~CQKString() { SafeRelease(Header()); }
 
   CQKString& operator=(const CQKString& other);
   CQKString& operator=(const char* text);
@@ -90,11 +105,23 @@ class CQKString {
 
  private:
   CStringData* Header() const { return reinterpret_cast<CStringData*>(data) - 1; }
-  void ForgetField();
+  void ForgetField() {
+    lastFieldIndex = 0;
+    lastFieldEnd = nullptr;
+  }
 
-  void Init();
-  void Release();
-  static void SafeRelease(CStringData* block);
+  void Init() {
+    data = AfxGetEmptyString();
+    ForgetField();
+  }
+  void Release() {
+    SafeRelease(Header());
+    Init();
+  }
+  static void SafeRelease(CStringData* block) {
+    if (!block || block->refs == kStaticRefs) return;
+    if (--block->refs <= 0) delete[] reinterpret_cast<char*>(block);
+  }
   bool NewBuffer(INT32 length, int64_t room);
   bool OptAllocBuffer(INT32 length);
   bool ExactAllocBuffer(INT32 length);

@@ -4,15 +4,19 @@
 
 namespace vexel {
 
-CQKSimpleList::CQKSimpleList() : head(nullptr), tail(nullptr), freeList(nullptr), count(0) {}
+namespace {
+
+// Many lists never have a second entry.
+constexpr UINT32 kFirstNodes = 1;
+constexpr UINT32 kMoreNodes = 8;
+
+}  // namespace
+
+CQKSimpleList::CQKSimpleList()
+    : head(nullptr), tail(nullptr), freeList(nullptr), count(0), blocks(nullptr) {}
 
 CQKSimpleList::~CQKSimpleList() {
-  CQKSimpleList::RemoveAll();
-  while (freeList) {
-    Node* next = freeList->next;
-    delete freeList;
-    freeList = next;
-  }
+  if (blocks) blocks->FreeDataChain();
 }
 
 bool CQKSimpleList::IsPtrListValid() const {
@@ -21,13 +25,15 @@ bool CQKSimpleList::IsPtrListValid() const {
 }
 
 CQKSimpleList::Node* CQKSimpleList::NewNode(Node* prev, Node* next) {
-  Node* node = freeList;
-  if (node) {
-    freeList = node->next;
-  } else {
-    node = new (std::nothrow) Node;
-    if (!node) return nullptr;
+  if (!freeList) {
+    UINT32 nodes = blocks ? kMoreNodes : kFirstNodes;
+    CQKPlex* block = CQKPlex::Create(blocks, nodes, sizeof(Node));
+    if (!block) return nullptr;
+    Node* first = static_cast<Node*>(block->Data());
+    while (nodes-- > 0) freeList = new (first + nodes) Node{freeList, nullptr, nullptr};
   }
+  Node* node = freeList;
+  freeList = node->next;
   *node = {next, prev, nullptr};
   count++;
   return node;

@@ -2,7 +2,7 @@
 // null stands behind either end.
 #pragma once
 
-#include "zem/zem_types.h"
+#include "base/cqk_plex.h"
 
 namespace vexel {
 
@@ -72,6 +72,7 @@ class CQKSimpleList {
   Node* tail;
   Node* freeList;  // nodes that may be reused, through `next`
   INT32 count;
+  CQKPlex* blocks;  // all nodes: the first alone, later ones several at a time
 };
 
 }  // namespace vexel

@@ -61,8 +61,7 @@ UINT32 HTTPParser::scanMessageHeader(const char* data, UINT32 size) {
     if (afterLine && token.IsBlank()) break;
     afterLine = true;
   }
-  UINT32 position = stream.position() - (stream.hasPushedBack() ? 1 : 0);
-  return position > 0 ? position + lead : 0;
+  return stream.position() > 0 ? stream.position() + lead : 0;
 }
 
 HTTPMessage* HTTPParser::parse(const char* data, UINT32& size) {
@@ -161,15 +160,20 @@ MIMEHeader* HTTPParser::parseHeader(const CQKString& line) {
   MIMEScanner scanner(stream);
   MIMEToken name = scanner.nextToken(":");
   if (name.IsBlank()) return nullptr;
-  MIMEHeader* header = new (std::nothrow) MIMEHeader(name.text);
-  if (!header) return nullptr;
-  CQKString value = scanner.nextToken("\n").text;
-  if (strcasecmp(name.text, "WWW-Authenticate") == 0) {
-    parseWWWAuthenticateHeaderValues(value, header);
+  return new (std::nothrow) MIMEHeader(name.text, line, parseHeaderLine);
+}
+
+// The values of a whole line, which begins with the header's name.
+void HTTPParser::parseHeaderLine(const CQKString& line, MIMEHeader* header) {
+  MIMEInputStream stream(line);
+  MIMEScanner scanner(stream);
+  scanner.nextToken(":");
+  CQKString text = scanner.nextToken("\n").text;
+  if (strcasecmp(header->name(), "WWW-Authenticate") == 0) {
+    parseWWWAuthenticateHeaderValues(text, header);
   } else {
-    defaultParseHeaderValues(value, header);
+    defaultParseHeaderValues(text, header);
   }
-  return header;
 }
 
 void HTTPParser::defaultParseHeaderValues(const CQKString& text, MIMEHeader* header) {

@@ -38,6 +38,7 @@ class HTTPParser : public CQKSimpleList {
   static bool parseProtocolVersion(const CQKString& text, INT32& major, INT32& minor);
   static void SetVersionOf(HTTPMessage* message, const CQKString& protocol);
   static MIMEHeader* parseHeader(const CQKString& line);
+  static void parseHeaderLine(const CQKString& line, MIMEHeader* header);
   static void parseHeaderValue(const CQKString& text, MIMEHeader* header);
 };
 

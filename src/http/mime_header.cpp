@@ -75,7 +75,16 @@ MIMEHeader::~MIMEHeader() {
   clearHeaderValueList();
 }
 
-void MIMEHeader::asString(CQKString& out) const {
+void MIMEHeader::Split() {
+  if (!m_split) return;
+  SplitLine split = m_split;
+  m_split = nullptr;
+  split(m_line, this);
+  m_line.Empty();
+}
+
+void MIMEHeader::asString(CQKString& out) {
+  Split();
   for (void* at = m_values.Begin(); at;) {
     if (at != m_values.Begin()) out += ',';
     out += static_cast<MIMEHeaderValue*>(m_values.GetNext(at))->value();
@@ -84,6 +93,7 @@ void MIMEHeader::asString(CQKString& out) const {
 }
 
 void MIMEHeader::addHeaderValue(MIMEHeaderValue* value) {
+  Split();
   if (value && !m_values.AddTail(static_cast<void*>(value))) delete value;
 }
 
@@ -91,7 +101,8 @@ void MIMEHeader::addHeaderValue(const CQKString& text) {
   addHeaderValue(new (std::nothrow) MIMEHeaderValue(text));
 }
 
-MIMEHeaderValue* MIMEHeader::getHeaderValue(const char* text) const {
+MIMEHeaderValue* MIMEHeader::getHeaderValue(const char* text) {
+  Split();
   for (void* at = m_values.Begin(); at;) {
     MIMEHeaderValue* value = static_cast<MIMEHeaderValue*>(m_values.GetNext(at));
     if (strcasecmp(value->value(), text) == 0) return value;
@@ -100,6 +111,7 @@ MIMEHeaderValue* MIMEHeader::getHeaderValue(const char* text) const {
 }
 
 MIMEHeaderValue* MIMEHeader::getFirstHeaderValue() {
+  Split();
   m_cursor = m_values.Begin();
   return getNextHeaderValue();
 }
@@ -109,6 +121,7 @@ MIMEHeaderValue* MIMEHeader::getNextHeaderValue() {
 }
 
 void MIMEHeader::clearHeaderValueList() {
+  m_split = nullptr;
   m_cursor = nullptr;
   while (!m_values.IsEmpty()) delete static_cast<MIMEHeaderValue*>(m_values.RemoveHead());
 }

@@ -52,10 +52,17 @@ class MIMEHeaderValue : public CQKSimpleList {
 // Owns its values.
 class MIMEHeader {
  public:
-  explicit MIMEHeader(const CQKString& name) : m_name(name), m_cursor(nullptr) {}
+  // Adds to the header the values of a line.
+  using SplitLine = void (*)(const CQKString& line, MIMEHeader* header);
+
+  explicit MIMEHeader(const CQKString& name) : MIMEHeader(name, CQKString(), nullptr) {}
+  // Most headers of a message are never looked at, so the line is split when
+  // somebody first asks for the values.
+  MIMEHeader(const CQKString& name, const CQKString& line, SplitLine split)
+      : m_name(name), m_line(line), m_split(split), m_cursor(nullptr) {}
   virtual ~MIMEHeader();
   // Appends the values, joined with ",", and a line end.
-  virtual void asString(CQKString& out) const;
+  virtual void asString(CQKString& out);
   MIMEHeader(const MIMEHeader&) = delete;
   MIMEHeader& operator=(const MIMEHeader&) = delete;
 
@@ -64,14 +71,18 @@ class MIMEHeader {
   void addHeaderValue(MIMEHeaderValue* value);
   void addHeaderValue(const CQKString& text);
   // The first value of this text, whatever the case, or null.
-  MIMEHeaderValue* getHeaderValue(const char* text) const;
+  MIMEHeaderValue* getHeaderValue(const char* text);
   // Null behind the last.
   MIMEHeaderValue* getFirstHeaderValue();
   MIMEHeaderValue* getNextHeaderValue();
   void clearHeaderValueList();
 
  private:
+  void Split();
+
   CQKString m_name;
+  CQKString m_line;   // not split yet
+  SplitLine m_split;  // null: there is nothing to split
   CQKSimpleList m_values;
   void* m_cursor;
 };

@@ -6,10 +6,10 @@ namespace vexel {
 
 namespace {
 
-// The characters that messages are split at, a bit each, so that a set of them
-// takes one test a character. The byte that reads as the end has a bit too.
 constexpr char kSplitting[] = "\r\n\t :,;=";
+// The byte that reads as the end has a bit too.
 constexpr UINT16 kEndBit = 1;
+constexpr UINT16 kLineEndBits = 2 | 4;
 
 struct CharBits {
   constexpr CharBits() : of() {
@@ -22,21 +22,16 @@ struct CharBits {
 };
 constexpr CharBits kBits;
 
-// The bits of the characters in `set`; 0 if one of them has none.
-UINT16 BitsOf(const char* set) {
-  UINT16 bits = kEndBit;
-  for (; *set; set++) {
-    UINT16 bit = kBits.of[static_cast<UINT8>(*set)];
-    if (bit == 0) return 0;
-    bits |= bit;
-  }
-  return bits;
-}
-
 }  // namespace
 
 MIMEInputStream::MIMEInputStream(const char* text, UINT32 count)
-    : MIMEInputStream(CQKString(text, static_cast<int>(count))) {}
+    : m_size(0), m_position(0), m_pushed(false), m_pushedBack(kEnd) {
+  // Just as large as it is: a text that is only read needs no room to grow.
+  char* room = m_text.GetBufferSetLength(static_cast<int>(count));
+  if (!room) return;
+  memcpy(room, text, count);
+  m_size = count;
+}
 
 MIMEInputStream::MIMEInputStream(const CQKString& text)
     : m_text(text),
@@ -44,22 +39,6 @@ MIMEInputStream::MIMEInputStream(const CQKString& text)
       m_position(0),
       m_pushed(false),
       m_pushedBack(kEnd) {}
-
-int MIMEInputStream::read() {
-  int c = peek();
-  if (m_pushed) {
-    m_pushed = false;
-    m_pushedBack = kEnd;
-  } else if (c != kEnd) {
-    m_position++;
-  }
-  return c;
-}
-
-int MIMEInputStream::peek() const {
-  if (m_pushed) return m_pushedBack;
-  return m_position < m_size ? static_cast<signed char>(*rest()) : kEnd;
-}
 
 UINT32 MIMEInputStream::read(char* out, UINT32 count) {
   UINT32 got = 0;
@@ -83,16 +62,44 @@ UINT32 MIMEInputStream::max_distance_to(const char* set) const {
     if (m_pushedBack != 0 && strchr(set, m_pushedBack)) return 0;
     count++;
   }
-  const UINT8* p = reinterpret_cast<const UINT8*>(rest());
-  const UINT8* end = p + available();
-  UINT16 bits = BitsOf(set);
-  const UINT8* from = p;
-  if (bits != 0) {
-    while (p < end && (kBits.of[*p] & bits) == 0) p++;
-  } else {
-    while (p < end && *p != 0xFF && (*p == 0 || !strchr(set, *p))) p++;
+  for (UINT32 i = 0; i < available(); i++, count++) {
+    char c = rest()[i];
+    if (static_cast<signed char>(c) == kEnd || (c != 0 && strchr(set, c))) break;
   }
-  return count + static_cast<UINT32>(p - from);
+  return count;
+}
+
+UINT32 MIMEInputStream::BitsOf(const char* set) {
+  UINT32 bits = kEndBit | kLineEndBits;
+  for (; *set; set++) {
+    UINT32 bit = kBits.of[static_cast<UINT8>(*set)];
+    // A carriage return as a delimiter would be taken for a line end.
+    if (bit == 0 || *set == '\r') return 0;
+    bits |= bit;
+  }
+  return bits;
+}
+
+bool MIMEInputStream::IsOneOf(UINT32 bits, int c) {
+  return (kBits.of[static_cast<UINT8>(c)] & bits) != 0;
+}
+
+void MIMEInputStream::readPlain(UINT32 stops, CQKString& out) {
+  if (m_pushed) return;
+  const UINT8* from = reinterpret_cast<const UINT8*>(rest());
+  const UINT8* end = from + available();
+  const UINT8* p = from;
+  while (p < end && (kBits.of[*p] & stops) == 0) p++;
+  out.Append(rest(), static_cast<INT32>(p - from));
+  m_position += static_cast<UINT32>(p - from);
+}
+
+void MIMEInputStream::skipBlanks() {
+  if (m_pushed) {
+    if (m_pushedBack != ' ' && m_pushedBack != '\t') return;
+    read();
+  }
+  while (m_position < m_size && (*rest() == ' ' || *rest() == '\t')) m_position++;
 }
 
 }  // namespace vexel

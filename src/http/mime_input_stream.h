@@ -16,18 +16,42 @@ class MIMEInputStream {
   explicit MIMEInputStream(const CQKString& text);
 
   // The next character as a signed byte, or kEnd.
-  int read();
-  int peek() const;
+  int read() {
+    int c = peek();
+    if (m_pushed) {
+      m_pushed = false;
+      m_pushedBack = kEnd;
+    } else if (c != kEnd) {
+      m_position++;
+    }
+    return c;
+  }
+  int peek() const {
+    if (m_pushed) return m_pushedBack;
+    return m_position < m_size ? static_cast<signed char>(*rest()) : kEnd;
+  }
   // Reads up to `count` characters; how many it got.
   UINT32 read(char* out, UINT32 count);
   // The next character to read, again; only one waits. kEnd pushes nothing.
   void pushBack(int c);
-  bool hasPushedBack() const { return m_pushed; }
   // Bytes behind the position, without the one that was pushed back.
   UINT32 available() const { return m_size - m_position; }
-  UINT32 position() const { return m_position; }
+  // Of the next character to read.
+  UINT32 position() const { return m_pushed ? m_position - 1 : m_position; }
   // Characters up to the first one of `set`, or to the end.
   UINT32 max_distance_to(const char* set) const;
+
+  // The characters that messages are split at have a bit each. What a set of
+  // them has, and the line ends; 0 if one of it is none of those.
+  static UINT32 BitsOf(const char* set);
+  // Whether `c`, which is not the end, is one of a set.
+  static bool IsOneOf(UINT32 bits, int c);
+  // Appends to `out` what comes before the next character of the set `stops`,
+  // line end, or end, and reads over it. Nothing while a character is pushed
+  // back.
+  void readPlain(UINT32 stops, CQKString& out);
+  // Reads over spaces and tabs.
+  void skipBlanks();
 
  private:
   const char* rest() const { return static_cast<const char*>(m_text) + m_position; }

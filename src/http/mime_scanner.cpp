@@ -8,9 +8,6 @@ namespace {
 
 constexpr int kEnd = MIMEInputStream::kEnd;
 
-// Line ends and delimiters that are looked for in one piece.
-constexpr size_t kMaxStops = 15;
-
 bool IsBlank(int c) {
   return c == ' ' || c == '\t';
 }
@@ -22,9 +19,7 @@ bool EndsWord(int c) {
 }  // namespace
 
 void MIMEScanner::skipWS() {
-  int c = m_stream.read();
-  while (IsBlank(c)) c = m_stream.read();
-  m_stream.pushBack(c);
+  m_stream.skipBlanks();
 }
 
 MIMEToken MIMEScanner::nextToken(const char* delimiters) {
@@ -36,51 +31,30 @@ MIMEToken MIMEScanner::nextToken(const char* delimiters) {
 // If it goes on, the blanks that say so have been read.
 bool MIMEScanner::EndsLine(int first, bool textIsEmpty) {
   int other = first == '\r' ? '\n' : '\r';
-  int c = m_stream.read();
-  if (c == other) {
-    c = m_stream.read();
-    if (IsBlank(c) && textIsEmpty) {
-      m_stream.pushBack(c);
-      return true;
-    }
+  if (m_stream.peek() == other) {
+    m_stream.read();
+    if (textIsEmpty) return true;
   }
-  if (!IsBlank(c)) {
-    m_stream.pushBack(c);
-    return true;
-  }
+  if (!IsBlank(m_stream.peek())) return true;
   skipWS();
   return false;
 }
 
-// Adds what comes before the next delimiter, line end, or end, in one piece;
-// false without memory.
-bool MIMEScanner::AddPlain(const char* delimiters, CQKString& text) {
-  char stops[kMaxStops + 1] = "\r\n";
-  strncat(stops, delimiters, kMaxStops - 2);
-  UINT32 count = m_stream.max_distance_to(stops);
-  if (count == 0) return true;
-  INT32 length = text.GetLength();
-  char* room = text.GetBufferSetLength(length + static_cast<INT32>(count));
-  if (room) m_stream.read(room + length, count);
-  return room != nullptr;
-}
-
 MIMEToken MIMEScanner::DelimitedToken(const char* delimiters) {
   MIMEToken token;
-  bool canAddPlain = strlen(delimiters) <= kMaxStops - 2;
+  UINT32 stops = MIMEInputStream::BitsOf(delimiters);
   for (;;) {
-    if (canAddPlain && !AddPlain(delimiters, token.text)) return token;
+    if (stops != 0) m_stream.readPlain(stops, token.text);
     int c = m_stream.read();
-    if (c == '\r' || c == '\n') {
-      if (c != '\n' && strchr(delimiters, c)) {
-        token.end = c;
-        return token;
-      }
+    bool lineEnd = c == '\n' || (c == '\r' && (stops != 0 || !strchr(delimiters, c)));
+    if (lineEnd) {
       if (!EndsLine(c, token.IsBlank())) continue;
       token.end = '\n';
       return token;
     }
-    if (c == kEnd || (c != 0 && strchr(delimiters, c))) {
+    bool delimiter = stops != 0 ? MIMEInputStream::IsOneOf(stops, c)
+                                : c != 0 && strchr(delimiters, c) != nullptr;
+    if (c == kEnd || delimiter) {
       token.end = c;
       return token;
     }

@@ -26,7 +26,6 @@ class MIMEScanner {
   void skipWS();
 
  private:
-  bool AddPlain(const char* delimiters, CQKString& text);
   MIMEToken DelimitedToken(const char* delimiters);
   MIMEToken WordToken();
   bool EndsLine(int first, bool textIsEmpty);

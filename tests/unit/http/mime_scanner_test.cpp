@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 namespace vexel {
@@ -38,7 +39,8 @@ TEST(MIMEInputStream, ReadsAndPushesBack) {
   EXPECT_EQ(std::string(rest, 2), "bc");
   EXPECT_EQ(stream.read(), kEnd);
   stream.pushBack(kEnd);
-  EXPECT_FALSE(stream.hasPushedBack());
+  EXPECT_EQ(stream.read(), kEnd);
+  EXPECT_EQ(stream.position(), 3u);
 }
 
 TEST(MIMEInputStream, NeverGetsPastAByteOf255) {
@@ -97,6 +99,71 @@ TEST(MIMEScanner, JoinsFoldedLines) {
 
 TEST(MIMEScanner, ACarriageReturnMayBeADelimiter) {
   EXPECT_EQ(Tokens("a\rb\nc", "\r"), "a>\r b>\n c$");
+}
+
+// The scanner's rules, a character at a time.
+class PlainScanner {
+ public:
+  explicit PlainScanner(const std::string& text)
+      : m_stream(text.data(), static_cast<UINT32>(text.size())) {}
+
+  std::string Next(const std::string& delimiters, int& end) {
+    std::string text;
+    SkipBlanks();
+    for (;;) {
+      end = m_stream.read();
+      if (end == kEnd) return text;
+      if (end != '\n' && delimiters.find(static_cast<char>(end)) != std::string::npos) return text;
+      if (end != '\r' && end != '\n') {
+        text += static_cast<char>(end);
+        continue;
+      }
+      int c = m_stream.read();
+      bool folds = c == ' ' || c == '\t';
+      if (c == (end == '\r' ? '\n' : '\r')) {
+        c = m_stream.read();
+        folds = (c == ' ' || c == '\t') && !text.empty();
+      }
+      if (!folds) {
+        m_stream.pushBack(c);
+        end = '\n';
+        return text;
+      }
+      SkipBlanks();
+    }
+  }
+  UINT32 Position() const { return m_stream.position(); }
+
+ private:
+  void SkipBlanks() {
+    int c = m_stream.read();
+    while (c == ' ' || c == '\t') c = m_stream.read();
+    m_stream.pushBack(c);
+  }
+  MIMEInputStream m_stream;
+};
+
+TEST(MIMEScanner, AgreesWithItsPlainTwin) {
+  std::mt19937 random(23);
+  const char* const sets[] = {"\n", ":", ",", ";", "=;", "\t \n", " ", "=,", "\r", "|", "a\r:"};
+  for (int round = 0; round < 30000; round++) {
+    std::string text;
+    for (unsigned i = random() % 30; i > 0; i--)
+      text += std::string("ab\r\n\r\n \t:,;=|\xFF\0", 17)[random() % 17];
+    MIMEInputStream stream(text.data(), static_cast<UINT32>(text.size()));
+    MIMEScanner scanner(stream);
+    PlainScanner plain(text);
+    for (int step = 0; step < 12; step++) {
+      const char* set = sets[random() % std::size(sets)];
+      int end = 0;
+      const std::string expected = plain.Next(set, end);
+      const MIMEToken token = scanner.nextToken(set);
+      ASSERT_EQ(std::string(token.text, static_cast<size_t>(token.text.GetLength())), expected)
+          << testing::PrintToString(text);
+      ASSERT_EQ(token.end, end) << testing::PrintToString(text);
+      ASSERT_EQ(stream.position(), plain.Position()) << testing::PrintToString(text);
+    }
+  }
 }
 
 TEST(MIMEScanner, ReadsWords) {
