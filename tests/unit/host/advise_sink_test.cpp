@@ -20,6 +20,11 @@ struct FakeManager final : CRenderThreadManager {
 };
 
 struct AdviseSinkTest : testing::Test {
+  // Player and sink hold each other.
+  ~AdviseSinkTest() override {
+    if (sink) sink->Remove();
+  }
+
   test::FakeHost host;
   FakeManager manager;
   Ptr<CVexelClientAdviseSink> sink = test::New<CVexelClientAdviseSink>();
