@@ -11,7 +11,8 @@ namespace vexel::client {
 
 namespace {
 
-constexpr int kBacklog = 128;
+// Who finds this queue full tries again after a second.
+constexpr int kBacklog = SOMAXCONN;
 // Without a free descriptor the waiting connection would wake the loop again at
 // once: it waits so long, in milliseconds.
 constexpr uint32_t kOutOfDescriptorsMs = 100;
@@ -58,7 +59,27 @@ void ListenSocket::Accept() {
     return;
   }
   const Ref<TcpSocket> socket = Make<TcpSocket>(loop_, connected);
+  accepted_.push_back(socket->connection());
+  CutOffOldest();
   response_->NewConnection(ZEM_OK, socket.get());
+}
+
+void ListenSocket::CutOffOldest() {
+  std::erase_if(accepted_, [](const auto& connection) { return connection.expired(); });
+  size_t count = accepted_.size();
+  size_t queued = 0;
+  for (const auto& one : accepted_) {
+    const auto connection = one.lock();
+    if (connection) queued += connection->queued();
+  }
+  for (const auto& one : accepted_) {
+    if (count <= kMaxConnections && queued <= kMaxQueued) return;
+    const auto connection = one.lock();
+    if (!connection || !connection->finishing()) continue;
+    count--;
+    queued -= connection->queued();
+    connection->CutOff();
+  }
 }
 
 }  // namespace vexel::client

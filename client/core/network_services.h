@@ -3,6 +3,7 @@
 // from there come by the browser and the file system.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 
@@ -33,18 +34,26 @@ class ListenSocket : public Object<IZEMListenSocket> {
   // The port that it listens on, 0 for none.
   UINT16 port() const { return port_; }
 
+  // Replies go on being sent when the plug-in has let their sockets go. Peers
+  // that don't take them keep descriptors and memory, so of these connections
+  // the oldest are cut off when all together are so many or keep so much.
+  static constexpr size_t kMaxConnections = 256;
+  static constexpr size_t kMaxQueued = 64 << 20;  // bytes
+
  protected:
   ~ListenSocket() override;
 
  private:
   void WatchIt();
   void Accept();
+  void CutOffOldest();
 
   EventLoop* loop_;
   int descriptor_ = -1;
   UINT16 port_ = 0;
   Ref<IZEMListenResponse> response_;
   Watch watch_;
+  std::deque<std::weak_ptr<TcpConnection>> accepted_;  // in their order
 };
 
 class TcpSocket : public Object<IZEMTCPSocket> {
@@ -60,6 +69,8 @@ class TcpSocket : public Object<IZEMTCPSocket> {
   INT32 WantWrite() override;
   INT32 Read(UINT32 count) override;
   INT32 Write(IZEMBuffer* buffer) override;
+
+  const std::shared_ptr<TcpConnection>& connection() const { return connection_; }
 
  protected:
   ~TcpSocket() override;

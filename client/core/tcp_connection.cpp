@@ -15,6 +15,10 @@ namespace vexel::client {
 namespace {
 
 constexpr size_t kMaxRead = 64 << 10;  // bytes, whatever was asked for
+// Read away in one turn of the loop, in bytes: a peer that sends without end
+// must not have the loop for itself.
+constexpr size_t kWasteBytes = 4096;
+constexpr int kWasteReads = 16;
 
 bool MustWait() {
   return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
@@ -44,6 +48,7 @@ bool TcpConnection::Write(const uint8_t* data, size_t size) {
     sent_ = 0;
   }
   queue_.insert(queue_.end(), data, data + size);
+  wrote_ = true;
   Watch_();
   return true;
 }
@@ -55,6 +60,7 @@ void TcpConnection::Finish() {
   if (descriptor_ < 0) return;
   finishing_ = true;
   readAsked_ = wantWrite_ = false;
+  if (!wrote_) return CloseNow();
   limit_ = loop_->After(kLingerMs, [self = shared_from_this()] { self->CloseNow(); });
   WriteSome();
 }
@@ -115,6 +121,8 @@ void TcpConnection::WriteSome() {
   }
   if (finishing_ && descriptor_ >= 0 && sent_ == queue_.size() && !shut_) {
     shut_ = true;
+    queue_ = {};
+    sent_ = 0;
     shutdown(descriptor_, SHUT_WR);
     Drain();
   }
@@ -123,13 +131,18 @@ void TcpConnection::WriteSome() {
 
 // Reads away what nobody wants to know, up to the peer's end.
 void TcpConnection::Drain() {
-  uint8_t waste[4096];
-  for (;;) {
+  uint8_t waste[kWasteBytes];
+  for (int reads = 0; reads < kWasteReads; reads++) {
     const ssize_t count = recv(descriptor_, waste, sizeof waste, 0);
     if (count > 0) continue;
     if (count == 0 || !MustWait()) CloseNow();
     return;
   }
+}
+
+void TcpConnection::CutOff() {
+  const auto self = shared_from_this();
+  CloseNow();
 }
 
 void TcpConnection::Fail(bool ok) {

@@ -33,8 +33,15 @@ class TcpConnection : public std::enable_shared_from_this<TcpConnection> {
   // reads so slowly that kMaxQueue is full.
   bool Write(const uint8_t* data, size_t size);
   // Nobody listens any more: sends what is queued, then closes. A peer that
-  // does not take it within kLingerMs is cut off.
+  // does not take it within kLingerMs is cut off, one that was never written to
+  // at once.
   void Finish();
+  // Between Finish and the end.
+  bool finishing() const { return finishing_ && descriptor_ >= 0; }
+  // Ends it now, whatever is queued. Only while finishing.
+  void CutOff();
+  // Bytes that are kept until the last of them is sent.
+  size_t queued() const { return queue_.size(); }
 
   static constexpr size_t kMaxQueue = 16 << 20;  // bytes
   static constexpr uint32_t kLingerMs = 20000;
@@ -53,6 +60,7 @@ class TcpConnection : public std::enable_shared_from_this<TcpConnection> {
   uint32_t readCount_ = 0;  // 0: nobody asked
   bool readAsked_ = false;
   bool wantWrite_ = false;
+  bool wrote_ = false;  // something, ever
   bool finishing_ = false;
   bool shut_ = false;  // our side has said that nothing follows
   std::vector<uint8_t> queue_;

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
+#include "unit/client/raw_peer.h"
 #include "unit/client/responses.h"
 
 namespace vexel::client {
@@ -30,6 +34,24 @@ class Sockets : public testing::Test {
     ASSERT_EQ(client->socket->Connect("localhost", listener->port()), ZEM_OK);
     EXPECT_EQ(client->connected, 0);
     ASSERT_TRUE(Until([this] { return client->connected && server->socket; }));
+  }
+  // A server that keeps its connection, which a peer of the test's makes.
+  RawPeer ConnectPeer() {
+    accepted->onConnection = [this](IZEMTCPSocket* socket) {
+      server->socket = socket;
+      socket->Init(server.get());
+    };
+    EXPECT_EQ(listener->Listen(kLocalhost, 0, accepted.get()), ZEM_OK);
+    RawPeer peer(listener->port());
+    EXPECT_TRUE(Until([this] { return static_cast<bool>(server->socket); }));
+    return peer;
+  }
+  // A server that lets each connection go behind a reply.
+  void ServeAndRelease(const std::string& reply) {
+    accepted->onConnection = [reply](IZEMTCPSocket* socket) {
+      EXPECT_EQ(socket->Write(BufferOf(reply).get()), ZEM_OK);
+    };
+    ASSERT_EQ(listener->Listen(kLocalhost, 0, accepted.get()), ZEM_OK);
   }
   bool Until(const std::function<bool()>& done) { return loop.RunUntil(done, kTestMs); }
   void TearDown() override {
@@ -190,6 +212,113 @@ TEST_F(Sockets, ManyConnectionsAtOnce) {
   }));
   for (int i = 0; i < 200; i++) EXPECT_EQ(clients[i]->received, std::to_string(i) + "!");
   for (auto& one : clients) one->socket = nullptr;
+}
+
+TEST_F(Sockets, AHalfClosedPeerGetsItsReply) {
+  RawPeer peer = ConnectPeer();
+  server->onRead = [this] {
+    server->socket->Write(BufferOf("reply").get());
+    server->socket = nullptr;
+  };
+  server->socket->Read(100);
+  ASSERT_TRUE(peer.Send("request"));
+  peer.EndSending();
+  std::string received;
+  ASSERT_TRUE(Until([&] {
+    received += peer.Receive();
+    return peer.ended() || peer.broken();
+  }));
+  EXPECT_EQ(received, "reply");
+  EXPECT_TRUE(peer.ended());
+  EXPECT_EQ(server->closed, 0);
+}
+
+TEST_F(Sockets, APeerThatEndsInTheMiddleIsToldAsClosedOnce) {
+  RawPeer peer = ConnectPeer();
+  server->onRead = [this] { server->socket->Read(100); };
+  server->socket->Read(100);
+  ASSERT_TRUE(peer.Send("requ"));
+  peer.EndSending();
+  ASSERT_TRUE(Until([this] { return server->closed > 0; }));
+  EXPECT_EQ(server->received, "requ");
+  while (loop.Turn(false)) {
+  }
+  EXPECT_EQ(server->closed, 1);
+}
+
+TEST_F(Sockets, APeerThatNeverReadsFillsOnlySoMuch) {
+  RawPeer peer = ConnectPeer();
+  const auto piece = BufferOf(std::string(1 << 20, 'x'));
+  const int limit = static_cast<int>(TcpConnection::kMaxQueue >> 20);
+  for (int i = 0; i < limit; i++) ASSERT_EQ(server->socket->Write(piece.get()), ZEM_OK);
+  EXPECT_EQ(server->socket->Write(piece.get()), ZEM_FAILED);
+}
+
+TEST_F(Sockets, ASocketReleasedWithoutAWordClosesAtOnce) {
+  RawPeer peer = ConnectPeer();
+  server->socket = nullptr;
+  EXPECT_EQ(peer.Receive(), "");
+  EXPECT_TRUE(peer.ended());
+}
+
+TEST_F(Sockets, OfPeersThatStayTheOldestAreCutOff) {
+  ServeAndRelease("reply");
+  std::vector<RawPeer> peers;
+  constexpr size_t kMax = ListenSocket::kMaxConnections;
+  for (size_t i = 0; i < kMax + 50; i++) {
+    peers.emplace_back(listener->port());
+    while (loop.Turn(false)) {
+    }
+  }
+  // They hear the end alike; to send still works with those that were kept.
+  const auto cut = std::count_if(peers.begin(), peers.end(), [](RawPeer& peer) {
+    EXPECT_EQ(peer.Receive(), "reply");
+    static_cast<void>(peer.Send("x"));
+    peer.Receive();
+    return peer.broken() || !peer.Send("x");
+  });
+  EXPECT_EQ(cut, 50);
+  EXPECT_TRUE(peers[50].Send("x"));
+  EXPECT_FALSE(peers[49].Send("x"));
+}
+
+TEST_F(Sockets, OfPeersThatTakeNothingTheOldestAreCutOff) {
+  constexpr size_t kPage = 8 << 20;
+  ServeAndRelease(std::string(kPage, 'x'));
+  std::vector<RawPeer> peers;
+  constexpr size_t kMax = ListenSocket::kMaxQueued / kPage;
+  for (size_t i = 0; i < kMax + 2; i++) {
+    peers.emplace_back(listener->port());
+    while (loop.Turn(false)) {
+    }
+  }
+  // One is accepted while so much is kept already, and then writes its own.
+  EXPECT_LT(peers[0].Receive().size(), kPage);
+  EXPECT_TRUE(peers[0].ended() || peers[0].broken());
+  std::string received;
+  ASSERT_TRUE(Until([&] {
+    received += peers.back().Receive();
+    return peers.back().ended() || peers.back().broken();
+  }));
+  EXPECT_EQ(received.size(), kPage);
+}
+
+TEST_F(Sockets, APeerThatSendsWithoutEndDoesNotHoldTheLoop) {
+  ServeAndRelease("reply");
+  RawPeer peer(listener->port());
+  std::atomic<bool> enough = false;
+  std::thread sender([&] {
+    const std::string much(1 << 16, 'x');
+    while (!enough && peer.Send(much)) {
+    }
+  });
+  EXPECT_FALSE(loop.RunUntil([] { return false; }, 200));
+  bool turned = false;
+  const Watch soon = loop.Soon([&turned] { turned = true; });
+  EXPECT_TRUE(Until([&turned] { return turned; }));
+  enough = true;
+  peer.EndSending();
+  sender.join();
 }
 
 }  // namespace
