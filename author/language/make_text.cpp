@@ -12,6 +12,7 @@ namespace {
 
 constexpr size_t kMaxGlyphs = 65535;
 constexpr uint32_t kLastByteCode = 255;
+constexpr int64_t kAlignMiddle = 2;  // of a run; 0 begins at x, 1 ends there
 
 bool HasLayout(const Clauses& clauses) {
   return clauses.Has(Field::kAscent) || clauses.Has(Field::kDescent) ||
@@ -209,6 +210,7 @@ void Maker::Run() {
     }
   }
   if (clauses.Has(Field::kText)) RunLetters(clauses, &run);
+  if (clauses.Has(Field::kAlign)) AlignRun(clauses, &run);
   run.flags = static_cast<int>(clauses.StoredOr(Field::kFlags, kAuto));
   run.count = static_cast<int>(clauses.StoredOr(Field::kCount, kAuto));
   if (run.flags == 0 || run.flags > 255) clauses.Fail(Field::kFlags, "flags is 1 to 255 here");
@@ -234,6 +236,20 @@ void Maker::RunLetters(const Clauses& clauses, TextRun* run) {
   }
   if (codes.size() > 255) clauses.Fail(Field::kText, "a run has at most 255 letters");
   run->glyphs = MakeRun(found->second, text_->font, text_->height, codes).glyphs;
+}
+
+// Moves the pen to the left, so that the run ends at x or has it in the middle.
+void Maker::AlignRun(const Clauses& clauses, TextRun* run) {
+  if (!run->x) clauses.Fail(Field::kAlign, "align goes with x");
+  const int64_t align = clauses.Stored(Field::kAlign);
+  if (align > kAlignMiddle) clauses.Fail(Field::kAlign, "align is 0 to 2 here");
+  if (align == 0) return;
+  int64_t width = 0;
+  for (const auto& glyph : run->glyphs) width += glyph.advance;
+  const int64_t x = *run->x - (align == kAlignMiddle ? width / 2 : width);
+  if (x < INT16_MIN || x > INT16_MAX) clauses.Fail(Field::kAlign, "the letters lead too far");
+  run->x = static_cast<int16_t>(x);
+  text_->pen.x = *run->x;
 }
 
 // Bounds from the line's height and the advances of its letters.

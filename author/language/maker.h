@@ -218,6 +218,7 @@ class Maker : private CharacterNames {
   void TextCharacter();
   void Run();
   void RunLetters(const Clauses& clauses, TextRun* run);
+  void AlignRun(const Clauses& clauses, TextRun* run);
   void GrowText(const TextRun& run);
   void Edit();
 

@@ -186,7 +186,7 @@ constexpr StatementInfo kStatements[] = {
     {"glyph", kInFont, "[\"LETTER\"]", "code advance packed", "outlines in 1024ths of the font's square", "",
      "A letter of a font; its outlines are filled with fill 1.",
      "glyph \"I\" advance 400 { fill 1 rect 100, -700, 200, 700 }"},
-    {"run", kInText, "", "font height color x y text glyphs count flags", nullptr, "",
+    {"run", kInText, "", "font height color x y align text glyphs count flags", nullptr, "",
      "Letters in one font and colour. What it does not say stays as the run before left it. The text "
      "is UTF-8, or Windows-1252 where it is none; a text field's is always Windows-1252.",
      "run font f height 20 color red x 0 y 20 text \"HELLO\""},

@@ -131,7 +131,8 @@ enum class FieldKind : uint8_t {
   X(Outlines, "outlines", kFlag, 1, 0, 0, 0, 0, "uses the movie's own font")                    \
   X(Border, "border", kFlag, 1, 0, 0, 0, 0, "has a border and a ground")                        \
   X(NoSelect, "noselect", kFlag, 1, 0, 0, 0, 0, "cannot be selected")                           \
-  X(Align, "align", kScaled, 1, 1, 1, 0, 255, "0 left, 1 right, 2 centre")                      \
+  X(Align, "align", kScaled, 1, 1, 1, 0, 255,                                                   \
+    "of lines; of a run, where x stands: 0 left, 1 right, 2 centre")                            \
   X(Margins, "margins", kScaled, 20, 2, 2, 0, 65535, "left and right, pixels")                  \
   X(Indent, "indent", kScaled, 20, 1, 1, 0, 65535, "of a paragraph, pixels")                    \
   X(Spacing, "spacing", kScaled, 20, 1, 1, -32768, 32767, "between lines, pixels")              \

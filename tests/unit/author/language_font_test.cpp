@@ -125,5 +125,31 @@ TEST(LanguageFont, ALetterThatTheFontLacksIsNamed) {
             std::string::npos);
 }
 
+TEST(LanguageFont, ARunBeginsAtXOrEndsThereOrHasItInTheMiddle) {
+  const std::string letters = " glyphs 1, 10, 2, 20";
+  EXPECT_EQ(Text("x 50 align 0" + letters), Text("x 50" + letters));
+  EXPECT_EQ(Text("x 50 align 1" + letters), Text("x 20" + letters));
+  EXPECT_EQ(Text("x 50 align 2" + letters), Text("x 35" + letters));
+}
+
+TEST(LanguageFont, TheBoundsOfAnAlignedRunAreWhereItStands) {
+  const std::string start = "font f blocks text t { run font f height 20 ";
+  NoFiles none;
+  const auto movie = [&](const std::string& text) { return MakeMovie("a.vxt", text, none).bytes; };
+  EXPECT_EQ(movie(start + "x 50 y 0 align 1 glyphs 1, 30 run glyphs 1, 5 }"),
+            movie(start + "x 20 y 0 glyphs 1, 30 run glyphs 1, 5 }"));
+}
+
+TEST(LanguageFont, AnAlignedRunNeedsAPlace) {
+  const auto mistake = [](const std::string& run) {
+    NoFiles none;
+    return Mistake("font f blocks text t { run font f height 20 " + run + " }", none);
+  };
+  EXPECT_NE(mistake("align 1 text \"A\"").find("align goes with x"), std::string::npos);
+  EXPECT_NE(mistake("x 9 align 3 text \"A\"").find("align is 0 to 2 here"), std::string::npos);
+  EXPECT_NE(mistake("x -1600 align 1 glyphs 1, 90").find("the letters lead too far"),
+            std::string::npos);
+}
+
 }  // namespace
 }  // namespace vexel::author
