@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Follows docs/making-movies.md word by word: writes its texts, runs its
-commands, and holds pictures and messages to those it shows.
+"""Follows the guides in docs/ word by word: writes their texts, runs their
+commands, and holds pictures and messages to those they show.
 
     guide.py --vexel build/bin/vexel [--update]
 """
@@ -13,19 +13,19 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-GUIDE = ROOT / "docs" / "making-movies.md"
+GUIDES = ["making-movies.md", "scripting.md"]
 FENCE = re.compile(r"```(\w+) ?([\w.-]*)\n(.*?)```", re.S)
 
 
-def follow(vexel, update):
-    text = GUIDE.read_text()
+def follow(guide, vexel, update):
+    text = (ROOT / "docs" / guide).read_text()
     faults = []
     shown = set(re.findall(r"\(pictures/([\w.-]+)\)", text))
     printed = ""
     env = dict(os.environ, PATH=f"{vexel.parent}:{os.environ['PATH']}")
     with tempfile.TemporaryDirectory() as folder:
         for kind, name, body in FENCE.findall(text):
-            if kind == "movie":
+            if kind in ("movie", "run"):
                 (pathlib.Path(folder) / name).write_text(body)
             elif kind == "piece":
                 # Each piece stands in the whole text at the end, so what a
@@ -66,8 +66,10 @@ def main():
     parser.add_argument("--vexel", type=pathlib.Path, required=True)
     parser.add_argument("--update", action="store_true", help="keep the pictures as they are now")
     args = parser.parse_args()
-    faults = follow(args.vexel.resolve(), args.update)
-    print("\n".join(faults) or "the guide holds")
+    faults = []
+    for guide in GUIDES:
+        faults += [f"{guide}: {fault}" for fault in follow(guide, args.vexel.resolve(), args.update)]
+    print("\n".join(faults) or "the guides hold")
     return 1 if faults else 0
 
 
