@@ -89,6 +89,11 @@ void MIMEInputStream::readPlain(UINT32 stops, CQKString& out) {
   const UINT8* from = reinterpret_cast<const UINT8*>(rest());
   const UINT8* end = from + available();
   const UINT8* p = from;
+  // Four at a time: their look-ups don't wait for each other.
+  while (end - p >= 4 &&
+         ((kBits.of[p[0]] | kBits.of[p[1]] | kBits.of[p[2]] | kBits.of[p[3]]) & stops) == 0) {
+    p += 4;
+  }
   while (p < end && (kBits.of[*p] & stops) == 0) p++;
   out.Append(rest(), static_cast<INT32>(p - from));
   m_position += static_cast<UINT32>(p - from);
