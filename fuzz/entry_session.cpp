@@ -103,7 +103,7 @@ class Player {
   Player& operator=(const Player&) = delete;
 
   void Play() {
-    for (int calls = 0; calls < kMaxCalls && !input_.empty(); ++calls) Call();
+    for (int calls = 0; calls < kMaxCalls && !input_.empty() && renderer(); ++calls) Call();
   }
 
  private:
@@ -180,9 +180,10 @@ class Player {
 
   // What the client does inside its next redraws.
   void InsideRedraws() {
-    const UINT32 what = Byte() % 8;
+    const UINT32 what = Byte() % 10;
     test::FakeSite* site = host().site.get();
     site->onRedraw = [this, site, what] {
+      if (!session_->renderer) return;
       switch (what) {
         case 1:
           session_->siteUser->DetachSite();
@@ -201,6 +202,14 @@ class Player {
           break;
         case 6:
           files_.Answer(1);
+          break;
+        case 7:
+          Restart();
+          break;
+        case 8:
+          site->user = nullptr;
+          session_->LetGo();
+          session_->unknown = {};
           break;
         default:
           break;

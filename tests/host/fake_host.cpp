@@ -166,6 +166,7 @@ INT32 FakeSite::GetPosition(INT32& x, INT32& y) {
 INT32 FakeSite::SetSize(_QKxSize wish) {
   wishes.push_back(wish);
   if (takesSize) size = wish;
+  if (onSize) onSize();
   return ZEM_OK;
 }
 

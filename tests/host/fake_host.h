@@ -126,6 +126,7 @@ class FakeSite final : public Fake<IZEMSite> {
   std::vector<_QKxRect> damage;
   int redraws = 0;
   std::function<void()> onRedraw;  // called instead of Draw
+  std::function<void()> onSize;    // called inside SetSize
 };
 
 class FakeHyperNavigate final : public Fake<IZEMHyperNavigate> {
