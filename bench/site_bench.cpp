@@ -90,7 +90,7 @@ BENCHMARK(ToFirstFrame)->Name("site/first_frame")->Unit(benchmark::kMillisecond)
 
 void Redraw(benchmark::State& state) {
   Session session;
-  Play(session, test::BoxMovie(2, kWidth, kHeight));
+  Play(session, test::SlidingBox(2, kWidth, kHeight));
   const Ptr<CopySurface> surface = test::New<CopySurface>();
   _QKxEvent event = {ZEM_EVENT_DRAW, nullptr, surface.get(), nullptr, 0, 0};
   for (auto _ : state) {

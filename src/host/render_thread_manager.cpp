@@ -142,7 +142,16 @@ INT32 CRenderThreadManager::DoOnTimeSyncWork(UINT32 streamTime) {
   const uint64_t interval = uint64_t{m_pTicks() - now} * 100 / m_ulPerformancePercent;
   m_ulMinWorkInterval =
       interval < kMaxWorkInterval ? static_cast<UINT32>(interval) : kMaxWorkInterval;
+  if (m_bRetired) delete this;
   return result;
+}
+
+void CRenderThreadManager::Retire() {
+  if (m_bInWork) {
+    m_bRetired = true;
+  } else {
+    delete this;
+  }
 }
 
 // The oldest packet, for as long as the result lives.

@@ -29,6 +29,10 @@ class CRenderThreadManager : public IOnPacketHandler {
   CRenderThreadManager(IUnknown* engine, IOnPacketHandler* lateWrites, UINT32 percent,
                        UINT32 (*ticks)() = GetTickCount);
   virtual ~CRenderThreadManager();
+  // Deletes it, now or at the end of the burst that is running: a client can let
+  // go of the renderer inside a redraw.
+  void Retire();
+  bool IsInWork() const { return m_bInWork; }
   CRenderThreadManager(const CRenderThreadManager&) = delete;
   CRenderThreadManager& operator=(const CRenderThreadManager&) = delete;
 
@@ -88,6 +92,7 @@ class CRenderThreadManager : public IOnPacketHandler {
   // GetWallTime), so these rest; the throttle has a clock of its own.
   UINT32 m_ulWorkStart = 0, m_ulWorkEnd = 0;
   bool m_bInWork = false;
+  bool m_bRetired = false;
   UINT32 m_ulTotalWork = 0, m_ulTotalIdle = 0;
   UINT32 m_ulLastWork = 33;
   UINT32 m_ulPerformancePercent;  // at least 1

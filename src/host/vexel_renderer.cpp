@@ -15,9 +15,23 @@ namespace {
 constexpr INT32 kDestroying = 0x40000000;
 
 using ulong = unsigned long;
-using Hold = ScopedRef<IZEMPlugin>;
 
 }  // namespace
+
+// Keeps the renderer alive inside a call, and known to be in one.
+class CVexelRenderer::Hold {
+ public:
+  explicit Hold(CVexelRenderer* renderer) : m_reference(renderer), m_nCalls(renderer->m_nCalls) {
+    ++m_nCalls;
+  }
+  ~Hold() { --m_nCalls; }
+  Hold(const Hold&) = delete;
+  Hold& operator=(const Hold&) = delete;
+
+ private:
+  ScopedRef<IZEMPlugin> m_reference;
+  INT32& m_nCalls;
+};
 
 CVexelRenderer::CVexelRenderer() {
   m_DamageManager.m_pOwner = static_cast<IZEMPlugin*>(this);
@@ -44,7 +58,7 @@ void CVexelRenderer::DropEngine() {
   if (m_pEngine) m_pEngine->Shutdown();
   delete m_pDeScatterizer;
   m_pDeScatterizer = nullptr;
-  delete m_pThreadManager;
+  if (m_pThreadManager) m_pThreadManager->Retire();
   m_pThreadManager = nullptr;
   ReleaseAndClear(m_pEngine);
 }
@@ -93,6 +107,8 @@ INT32 CVexelRenderer::GetPluginInfo(INT32& loadMultiple, const char*& descriptio
 
 INT32 CVexelRenderer::InitPlugin(IUnknown* context) {
   if (!context) return ZEM_BAD_ARGUMENT;
+  // What is running can't be replaced from inside.
+  if (m_nCalls > 0 || (m_pThreadManager && m_pThreadManager->IsInWork())) return ZEM_UNEXPECTED;
   const Hold hold(this);
   EndAll();
   DropEngine();

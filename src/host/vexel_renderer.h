@@ -60,6 +60,8 @@ class CVexelRenderer final : public IZEMPlugin, public IZEMRenderer, public IZEM
   INT32 NeedsWindowedSites() override { return 0; }
 
  private:
+  class Hold;
+
   ~CVexelRenderer();
   void EndAll();
   void DropEngine();
@@ -70,7 +72,8 @@ class CVexelRenderer final : public IZEMPlugin, public IZEMRenderer, public IZEM
   void CheckSize();
 
   INT32 m_lRefCount = 0;
-  IUnknown* m_pContext = nullptr;                 // reference held
+  INT32 m_nCalls = 0;              // of the client's that are running, one inside the other
+  IUnknown* m_pContext = nullptr;  // reference held
   IZEMErrorMessages* m_pErrorMessages = nullptr;  // reference held; may be null
   INT32 m_lWidth = 0, m_lHeight = 0;              // of the picture, pixels
   bool m_bStreamEnded = true;
