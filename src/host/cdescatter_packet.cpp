@@ -29,6 +29,7 @@ CDeScatterPacket::CDeScatterPacket(IZEMCommonClassFactory* factory, UINT16 id)
 }
 
 CDeScatterPacket::~CDeScatterPacket() {
+  if (m_pulBytesHeld) *m_pulBytesHeld -= m_ulCapacity;
   free(m_pData);
 }
 
@@ -55,6 +56,7 @@ bool CDeScatterPacket::Grow(UINT32 end) {
   // A message may complete with bytes that never came.
   memset(m_pData + m_ulCapacity, 0, growth);
   m_ulCapacity += growth;
+  if (m_pulBytesHeld) *m_pulBytesHeld += growth;
   return true;
 }
 

@@ -60,6 +60,9 @@ class CDeScatterPacket {
   Hole m_Missing[kMaxMissing];
   INT32 m_nMissing = 1;
   UINT32 m_ulFilePosition = 0;  // of the first byte; streams of a file only
+  // What all messages of a map hold together: m_ulCapacity counts in it. Borrowed;
+  // null for a message outside of a map.
+  UINT32* m_pulBytesHeld = nullptr;
 
  private:
   Hole* FindHole(UINT32 offset);

@@ -8,6 +8,7 @@ bool CSimpleMap::Add(UINT16 id, CDeScatterPacket* packet) {
   Node* node = new (std::nothrow) Node{id, packet, m_pHead};
   if (!node) return false;
   m_pHead = node;
+  packet->m_pulBytesHeld = &m_ulBytesHeld;
   return true;
 }
 
@@ -35,12 +36,6 @@ void CSimpleMap::RemoveAll() {
   }
 }
 
-UINT32 CSimpleMap::BytesHeld() const {
-  UINT32 sum = 0;
-  for (const Node* node = m_pHead; node; node = node->next) sum += node->packet->m_ulCapacity;
-  return sum;
-}
-
 CSimpleMap::Node** CSimpleMap::Oldest(const CDeScatterPacket* keep, bool finished) {
   Node** oldest = nullptr;
   for (Node** link = &m_pHead; *link; link = &(*link)->next) {
@@ -51,7 +46,7 @@ CSimpleMap::Node** CSimpleMap::Oldest(const CDeScatterPacket* keep, bool finishe
 }
 
 bool CSimpleMap::MakeRoom(UINT32 bytes, const CDeScatterPacket* keep) {
-  while (bytes > kMaxBytes || BytesHeld() > kMaxBytes - bytes) {
+  while (bytes > kMaxBytes || m_ulBytesHeld > kMaxBytes - bytes) {
     Node** link = Oldest(keep, true);
     if (!link) link = Oldest(keep, false);
     if (!link) return false;

@@ -16,13 +16,13 @@ class CSimpleMap {
   CSimpleMap(const CSimpleMap&) = delete;
   CSimpleMap& operator=(const CSimpleMap&) = delete;
 
-  // Puts `packet` at the head, without a look for an equal key, and owns it
-  // from now on. False without memory: the packet stays with the caller.
+  // Puts `packet`, still empty, at the head, without a look for an equal key, and
+  // owns it from now on. False without memory: the packet stays with the caller.
   bool Add(UINT16 id, CDeScatterPacket* packet);
   // The youngest one with this key, or null.
   CDeScatterPacket* Find(UINT16 id) const;
   // Takes the first one with this key out, if there is one; the packet is the
-  // caller's again.
+  // caller's again, and must go before the map does.
   void Remove(UINT16 id);
   // Destroys all.
   void RemoveAll();
@@ -37,10 +37,10 @@ class CSimpleMap {
     CDeScatterPacket* packet;  // owned
     Node* next;
   };
-  UINT32 BytesHeld() const;
   Node** Oldest(const CDeScatterPacket* keep, bool finished);
 
   Node* m_pHead = nullptr;
+  UINT32 m_ulBytesHeld = 0;  // kept up to date by the packets
 };
 
 }  // namespace vexel

@@ -16,13 +16,13 @@ CDeScatterPacket* NewPacket(UINT16 id) {
 CDeScatterPacket* AddBig(CSimpleMap& map, UINT16 id, bool complete) {
   CDeScatterPacket* packet = NewPacket(id);
   const UINT8 byte = 1;
+  map.Add(id, packet);
   if (complete) {
     const std::vector<UINT8> all(kLast + 1);
     packet->SetFragment(all.data(), 0, kLast + 1, true);
   } else {
     packet->SetFragment(&byte, kLast, 1, false);
   }
-  map.Add(id, packet);
   return packet;
 }
 
