@@ -14,7 +14,7 @@
 
 namespace vexel::client {
 
-class Session : private PlayerListener {
+class Session final : private PlayerListener {
  public:
   // The last three arguments are held. Throws std::runtime_error if the plug-in
   // refuses to start.
