@@ -93,8 +93,11 @@ void StreamClient::OpenMovie(const std::string& path) {
   url_ = std::filesystem::absolute(path).string();
   nextPacket_ = 0;
   numbered_.clear();
+  gate_ = {};
+  // Messages of a linear stream stand alone.
+  if (setup_.linear) gate_.Open();
   requests_.clear();
-  repeatsAsked_ = ended_ = pastEnd_ = false;
+  repeatsAsked_ = ended_ = endTold_ = pastEnd_ = false;
 }
 
 void StreamClient::Start() {
@@ -138,7 +141,6 @@ void StreamClient::OpenSession() {
 
   FillBuffer();
   player_->Player::Begin();
-  session_->TimeSync(0);
   Settle();
 }
 
@@ -202,17 +204,30 @@ void StreamClient::Deliver(JitterBuffer::Output output) {
     case JitterBuffer::Kind::kLost:
       session_->Packet(NewLostPacket().get());
       return;
+    case JitterBuffer::Kind::kInOrder:
+      HandOver(packet);
+      if (!setup_.linear) gate_.PassedInOrder(packet.bytes);
+      break;
     case JitterBuffer::Kind::kLate:
       if (!packetizer_->MakeLate(&packet.bytes)) return;
-      stats_.lateWrites++;
+      gate_.Put(std::move(packet));
       break;
     case JitterBuffer::Kind::kAnswer:
-      stats_.lateWrites++;
-      break;
-    case JitterBuffer::Kind::kInOrder:
+      gate_.Put(std::move(packet));
       break;
   }
+  HandOverResent();
+}
+
+void StreamClient::HandOver(const NetworkPacket& packet) {
   session_->Packet(NewPacket(NewBuffer(packet.bytes).get(), packet.time, 0).get());
+}
+
+void StreamClient::HandOverResent() {
+  for (const NetworkPacket& packet : gate_.Take()) {
+    stats_.lateWrites++;
+    HandOver(packet);
+  }
 }
 
 // The plug-in misses what a later packet shows to be missing. Of the last ones
@@ -236,7 +251,15 @@ void StreamClient::EndIfAllIn() {
     return;
   }
   ended_ = true;
-  session_->EndOfPackets();
+  gate_.Open();
+  HandOverResent();
+}
+
+// The plug-in takes packets in at its time syncs, and the end at once: so the
+// end is told behind the sync that follows the last packet.
+void StreamClient::TimeSync(uint32_t ms) {
+  session_->TimeSync(ms);
+  if (ended_ && session_ && !std::exchange(endTold_, true)) session_->EndOfPackets();
 }
 
 bool StreamClient::RunDue() {
@@ -314,7 +337,7 @@ void StreamClient::ClockTo(uint32_t ms) {
     // The movie may have jumped or stopped meanwhile, by what it loaded.
     if (ms < position) player_->SetPosition(ms);
     // Behind the end a client's clock stands, and the plug-in's own timer goes on.
-    if (!pastEnd_) session_->TimeSync(ms);
+    if (!pastEnd_) TimeSync(ms);
     pastEnd_ = ms >= player_->GetLength();
     standingAt_ = ms;  // in case it has stopped
   }
@@ -350,7 +373,7 @@ void StreamClient::JumpTo(uint32_t time) {
   jitter_->JumpTo(static_cast<uint32_t>(numbered_.size()));
   for (const StreamPacket& packet : jump.first) SendNumbered(packet);
   nextPacket_ = jump.next;
-  ended_ = repeatsAsked_ = false;
+  ended_ = endTold_ = repeatsAsked_ = false;
 }
 
 void StreamClient::Seek(uint32_t ms) {
@@ -358,7 +381,7 @@ void StreamClient::Seek(uint32_t ms) {
   standingAt_ = ms;
   FillBuffer();
   if (player_->IsRunning()) {
-    session_->TimeSync(ms);
+    TimeSync(ms);
   } else {
     player_->TellPosition();
   }

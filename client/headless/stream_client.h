@@ -21,6 +21,7 @@
 #include "client/stream/jitter_buffer.h"
 #include "client/stream/lossy_network.h"
 #include "client/stream/packetizer.h"
+#include "client/stream/resend_gate.h"
 
 namespace vexel::client {
 
@@ -65,8 +66,8 @@ class StreamClient {
 
   // Before Start.
   Preferences& preferences() const { return *preferences_; }
-  // Loads the plug-in, opens the stream, fills the buffer and begins. Throws
-  // std::runtime_error.
+  // Loads the plug-in, opens the stream, fills the buffer and begins. Nothing is
+  // drawn before the clock says a time. Throws std::runtime_error.
   void Start();
   bool started() const { return session_ != nullptr; }
 
@@ -102,9 +103,12 @@ class StreamClient {
   void SendDue();
   void SendNumbered(const StreamPacket& packet);
   void Deliver(JitterBuffer::Output output);
+  void HandOver(const NetworkPacket& packet);
+  void HandOverResent();
   void TakeRequest(IZEMBuffer* request);
   void AnswerRequests();
   void EndIfAllIn();
+  void TimeSync(uint32_t ms);
   void JumpTo(uint32_t time);
   void Settle();
   uint64_t networkNow() const;
@@ -123,6 +127,7 @@ class StreamClient {
   std::unique_ptr<Packetizer> packetizer_;
   std::unique_ptr<LossyNetwork> network_;
   std::unique_ptr<JitterBuffer> jitter_;
+  ResendGate gate_;
   std::unique_ptr<Session> session_;
   std::string url_;
   size_t nextPacket_ = 0;                                   // of the packetizer's
@@ -131,7 +136,8 @@ class StreamClient {
   uint64_t filled_ = 0;      // network time that passed while the clock stood, ms
   uint32_t standingAt_ = 0;  // the script's clock while the player stands
   bool repeatsAsked_ = false;
-  bool ended_ = false;    // the plug-in was told that all is in
+  bool ended_ = false;    // all packets are delivered or given up
+  bool endTold_ = false;  // the plug-in was told so
   bool pastEnd_ = false;  // the plug-in was told of the end of its time
   StreamStats stats_;
 };

@@ -145,7 +145,7 @@ class Source final : public Object<IZEMStreamSource, IID_IZEMStreamSource> {
 
 class Stream final : public Object<IZEMStream, IID_IZEMStream> {
  public:
-  INT32 GetSource(IUnknown*& source) override { return source = &source_, ZEM_OK; }
+  INT32 GetSource(IUnknown*& source) override { return (source = &source_)->AddRef(), ZEM_OK; }
   UINT32 GetStreamNumber() override { return 0; }
 
  private:
