@@ -179,6 +179,7 @@ class Surface final : public Object<IZEMVideoSurface, IID_IZEMVideoSurface> {
     image.width = static_cast<png_uint_32>(info->width);
     image.height = static_cast<png_uint_32>(info->height);
     image.format = PNG_FORMAT_RGB;
+    image.flags = PNG_IMAGE_FLAG_FAST;
     rgb.clear();
     for (png_uint_32 i = 0; i < image.width * image.height; i++, pixels += 4) {
       UINT32 pixel;  // 0xAARRGGBB

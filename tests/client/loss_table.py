@@ -32,7 +32,6 @@ NETWORKS = {
     "duplicate 20 %": "--duplicate 20",
     "all three, 20 %": "--loss 20 --reorder 20 --duplicate 20",
 }
-SEEDS = (1, 2, 3)
 PACKET = 700
 DELAY_MS = 40
 LENGTH_MS = 2000
@@ -63,14 +62,18 @@ SCRIPT = (clock_to(LENGTH_MS) + "resize 160x120\nshot a.png\nwait 20000\nclock 2
           "clock 22100\nseek 1000\nclock 1100\nresize 180x140\nshot b.png\n")
 
 
-def row(args, movies, mode, options):
+def clean_runs(args, movies, mode):
+    """By movie, the pictures without faults: live, and ahead of time."""
+    return {movie: (stream(args, movie, mode, "--lead 0", SCRIPT)[0],
+                    stream(args, movie, mode, "", SCRIPT)[0]) for movie in movies}
+
+
+def row(args, clean, mode, options):
     counts = {"buffered": 0, "live": 0, "again": 0}
     sums = {"sent": 0, "lost": 0, "late": 0, "requests": 0, "resent": 0, "dummy-bytes": 0}
     runs, wrong = 0, []
-    for movie in movies:
-        clean_live, _ = stream(args, movie, mode, "--lead 0", SCRIPT)
-        clean_ahead, _ = stream(args, movie, mode, "", SCRIPT)
-        for seed in SEEDS:
+    for movie, (clean_live, clean_ahead) in clean.items():
+        for seed in range(1, args.seeds + 1):
             runs += 1
             ahead, _ = stream(args, movie, mode, f"{options} --seed {seed}", SCRIPT)
             live, stats = stream(args, movie, mode, f"{options} --seed {seed} --lead 0", SCRIPT)
@@ -90,6 +93,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
     parser.add_argument("--vexel", required=True, type=lambda path: str(pathlib.Path(path).resolve()))
     parser.add_argument("--movies", required=True, type=lambda path: pathlib.Path(path).resolve())
+    parser.add_argument("--seeds", type=int, default=3, help="runs of each movie and network")
     parser.add_argument("names", nargs="*")
     args = parser.parse_args()
     movies = [path for path in sorted(args.movies.glob("*.vxf"))
@@ -100,8 +104,9 @@ def main():
         print("| network | runs | buffered | live | again | sent | lost | late | requests | resent "
               "| dummy bytes |")
         print("| --- " * 11 + "|")
+        clean = clean_runs(args, movies, mode)
         for name, options in NETWORKS.items():
-            runs, counts, sums, faults = row(args, movies, mode, options)
+            runs, counts, sums, faults = row(args, clean, mode, options)
             cells = [name, runs, *counts.values(), *sums.values()]
             print("| " + " | ".join(map(str, cells)) + " |", flush=True)
             wrong += faults

@@ -33,8 +33,7 @@ ShapeBuilder AnyShape(int corners) {
   ShapeBuilder shape;
   shape.Style(shape.AddFill(AnyColor()));
   std::vector<Point> points;
-  for (int i = 0; i < corners; i++)
-    points.push_back({Below(60 * kPixel), Below(60 * kPixel)});
+  for (int i = 0; i < corners; i++) points.push_back({Below(60 * kPixel), Below(60 * kPixel)});
   shape.Polygon(points);
   return shape;
 }

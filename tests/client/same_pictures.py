@@ -74,7 +74,7 @@ def check_times(args, movie, folder):
 # Scripts that both verbs understand; the first redraw of `run` is before any clock.
 SCRIPTS = {
     "menu": "clock 0\nmove 60 60\nclock 300\ndown 60 60\nclock 400\nup 60 60\nclock 1000\n",
-    "snake": "clock 0\ntype  \nclock 500\nkey right\nclock 900\nkey down\nclock 1500\n",
+    "snake": "clock 0\ntype x\nclock 500\nkey right\nclock 900\nkey down\nclock 1500\n",
     "gallery": "clock 0\nmove 100 100\ndown 100 100\nup 100 100\nclock 800\n",
     "jigsaw": "clock 0\ndown 150 100\nmove 200 180\nclock 200\nup 200 180\nclock 600\n",
 }
