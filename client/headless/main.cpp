@@ -150,6 +150,7 @@ void Play(Options options) {
   } catch (const std::runtime_error& error) {
     throw Failure(kFailed, movie, error.what());
   }
+  if (client->endsEarly()) tools::Warn(movie, "ends early; it is streamed as far as it came");
   try {
     StreamScript commands(client.get(), fromInput ? "standard input" : options.script);
     while (commands.RunNext(&script)) {

@@ -4,6 +4,8 @@
 #include "client/headless/stream_client.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,8 +27,11 @@ constexpr uint32_t kLongestLoadMs = 60000;
 
 std::vector<uint8_t> ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  if (!in) throw std::runtime_error("cannot be opened");
-  return {std::istreambuf_iterator<char>(in), {}};
+  if (!in) throw std::runtime_error(std::string("cannot be opened: ") + std::strerror(errno));
+  std::vector<uint8_t> bytes(std::istreambuf_iterator<char>(in), {});
+  // A folder opens, and cannot be read.
+  if (in.bad() || std::filesystem::is_directory(path)) throw std::runtime_error("cannot be read");
+  return bytes;
 }
 
 // Says what the plug-in asks of the player.

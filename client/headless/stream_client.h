@@ -64,6 +64,8 @@ class StreamClient {
   StreamClient(const StreamClient&) = delete;
   StreamClient& operator=(const StreamClient&) = delete;
 
+  // Whether the movie's file is cut short; what there is is streamed.
+  bool endsEarly() const { return movie_->endsEarly(); }
   // Before Start.
   Preferences& preferences() const { return *preferences_; }
   // Loads the plug-in, opens the stream, fills the buffer and begins. Nothing is

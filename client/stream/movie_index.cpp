@@ -19,6 +19,7 @@ constexpr uint32_t kRateForNone = 12 * kRateOne;
 }  // namespace
 
 MovieIndex::MovieIndex(std::span<const uint8_t> file) {
+  size_t declared = 0;
   try {
     author::TagReader head(file, 0);
     const auto signature = head.Take(3);
@@ -27,6 +28,7 @@ MovieIndex::MovieIndex(std::span<const uint8_t> file) {
     head.U8();
     const uint32_t length = head.U32();
     if (length < kFileHead) throw std::runtime_error("is no movie: its length is too small");
+    declared = length;
     bytes_.assign(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(
                                                    std::min<size_t>(file.size(), length)));
     author::TagReader reader(bytes_, 0);
@@ -53,6 +55,8 @@ MovieIndex::MovieIndex(std::span<const uint8_t> file) {
     if (bounds_.empty()) throw std::runtime_error("is no movie: it ends in its head");
     // Otherwise the last tag's header is cut short.
   }
+  const bool ended = !tags_.empty() && tags_.back().code == kTagEnd;
+  endsEarly_ = !ended || bytes_.size() < declared;
   if (bytes_.size() == bounds_[0]) throw std::runtime_error("holds no tags");
   // The last frame takes what follows it; a movie without a frame's end is one.
   if (bounds_.size() == 1) bounds_.push_back(0);

@@ -39,6 +39,9 @@ class MovieIndex {
   // The frame that a position lies in; the last one for the file's end.
   size_t FrameAt(size_t position) const;
 
+  // The file holds less than it declares, or no end tag.
+  bool endsEarly() const { return endsEarly_; }
+
   // When a frame is due, and how long the movie is, milliseconds.
   uint32_t DueTime(size_t frame) const;
   uint32_t duration() const { return DueTime(frames()); }
@@ -49,6 +52,7 @@ class MovieIndex {
   std::vector<uint8_t> bytes_;
   std::vector<MovieTag> tags_;
   std::vector<size_t> bounds_;
+  bool endsEarly_ = false;
   uint32_t rate_ = 0;  // frames a second, 8.8 fixed point, not 0
 };
 

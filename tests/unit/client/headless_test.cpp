@@ -23,8 +23,8 @@ struct Looked {
 Looked LookUp(void* event) {
   Looked looked;
   char bytes[7];
-  const int count =
-      XLookupString(&static_cast<XEvent*>(event)->xkey, bytes, sizeof bytes, &looked.keysym, nullptr);
+  const int count = XLookupString(&static_cast<XEvent*>(event)->xkey, bytes, sizeof bytes,
+                                  &looked.keysym, nullptr);
   looked.text.assign(bytes, static_cast<size_t>(count));
   return looked;
 }

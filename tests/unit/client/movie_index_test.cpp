@@ -42,6 +42,16 @@ TEST(MovieIndex, ATagThatOverrunsTheFileIsLeftOut) {
   EXPECT_EQ(movie.bounds()[1], file.size());
 }
 
+TEST(MovieIndex, TellsOfAFileThatEndsEarly) {
+  author::Bytes file = FramesOf({0, 30});
+  EXPECT_FALSE(MovieIndex(file).endsEarly());
+  author::Bytes more = file;
+  more[4]++;
+  EXPECT_TRUE(MovieIndex(more).endsEarly());
+  file.resize(file.size() - 2);
+  EXPECT_TRUE(MovieIndex(file).endsEarly());
+}
+
 TEST(MovieIndex, BytesBehindTheDeclaredLengthAreCutOff) {
   author::Bytes file = FramesOf({0});
   const size_t size = file.size();
