@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-
 #include "unit/client/raw_peer.h"
 #include "unit/client/responses.h"
 
@@ -301,24 +298,6 @@ TEST_F(Sockets, OfPeersThatTakeNothingTheOldestAreCutOff) {
     return peers.back().ended() || peers.back().broken();
   }));
   EXPECT_EQ(received.size(), kPage);
-}
-
-TEST_F(Sockets, APeerThatSendsWithoutEndDoesNotHoldTheLoop) {
-  ServeAndRelease("reply");
-  RawPeer peer(listener->port());
-  std::atomic<bool> enough = false;
-  std::thread sender([&] {
-    const std::string much(1 << 16, 'x');
-    while (!enough && peer.Send(much)) {
-    }
-  });
-  EXPECT_FALSE(loop.RunUntil([] { return false; }, 200));
-  bool turned = false;
-  const Watch soon = loop.Soon([&turned] { turned = true; });
-  EXPECT_TRUE(Until([&turned] { return turned; }));
-  enough = true;
-  peer.EndSending();
-  sender.join();
 }
 
 }  // namespace
