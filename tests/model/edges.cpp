@@ -1,4 +1,5 @@
 // From a placed character to edges and colours, and the walk that paints.
+#include "field.h"
 #include "shape.h"
 
 namespace vexel::model {
@@ -137,6 +138,8 @@ void Object::BuildEdges(const STransform& t) {
     p.cxform = t.cxform;
     p.ratio = ratio;
     p.BuildMorphEdges(devBounds);
+  } else if (character->type == kEditText) {
+    if (field) field->Draw(t);
   } else if (character->type == kText) {
     BuildText(t);
   }

@@ -1,4 +1,5 @@
 // What lies under a point: every fill's edges are counted along a ray.
+#include "field.h"
 #include "render.h"
 
 namespace vexel::model {
@@ -21,7 +22,13 @@ static i32 Crossings(const Curve& c, Point p, int depth) {
   return top != bottom && p.y >= top && p.y < bottom;
 }
 
+bool Object::FieldAt(const STransform& t, Point p) const {
+  return field && !(field->flags & Field::kNoSelect) &&
+         Inside(character->bounds, Transform(Invert(t.mat), p));
+}
+
 bool Object::HitTestOne(const STransform& t, Point p) {
+  if (character && character->type == kEditText) return FieldAt(t, p);
   if (!Inside(devBounds, p)) return false;
   if (edges.empty()) BuildEdges(t);
   bool crossed = false;
@@ -69,6 +76,32 @@ Object* Object::HitClipper(STransform t, Point p) {
   Object* after = next;
   while (after && after->depth <= clipDepth) after = after->next;
   return after;
+}
+
+void Object::HitButton(Object*& found, STransform t, Point p) {
+  t.mat = Concat(mat, t.mat);
+  t.cxform.ConcatWith(cxform);
+  if (FieldAt(t, p)) {
+    found = this;
+    return;
+  }
+  for (Object* child = firstChild; child;) {
+    if (child->clipDepth) {
+      child = child->HitClipper(t, p);
+    } else {
+      child->HitButton(found, t, p);
+      child = child->next;
+    }
+  }
+}
+
+Object* Stage::HitButton(Point pixel) {
+  const i32 scale = antialias ? 4 : 1;
+  const Point p{pixel.x * scale, pixel.y * scale};
+  if (!Inside(devViewRect, p)) return nullptr;
+  Object* found = nullptr;
+  root.HitButton(found, STransform{camera, {}}, p);
+  return found;
 }
 
 Object* Stage::HitTest(Point pixel) {

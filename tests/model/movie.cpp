@@ -126,7 +126,7 @@ void Thread::Tag(int code) {
     case 48:
       if (auto c = Define(kFont)) {
         c->fontFlags = static_cast<int>(GetWord());
-        pos += GetByte();
+        for (u32 n = GetByte(); n > 0; --n) c->fontName += static_cast<char>(GetByte());
         c->glyphCount = static_cast<int>(GetWord());
         c->data = Slice(script, pos, tagEnd);
       }
@@ -253,6 +253,8 @@ int Thread::DrawFrame(int frame, bool seek) {
     if (!root) return -2;
     root->thread = this;
   }
+  // A timeline placed by another's frame finds the focus saved already.
+  if (stage->drawing++ == 0) stage->SaveFocus();
   int result;
   if (!seek) {
     result = DoTags(frame);
@@ -268,6 +270,7 @@ int Thread::DrawFrame(int frame, bool seek) {
     result = DoTags(frame);
     stage->FinishHold();
   }
+  if (--stage->drawing == 0) stage->savedFocus = SavedFocus{};
   return result;
 }
 

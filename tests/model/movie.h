@@ -3,6 +3,8 @@
 
 #include <map>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "parser.h"
@@ -34,6 +36,7 @@ struct Character {
   Rect bounds, bounds2;
   std::shared_ptr<Bitmap> bits;  // bitmaps
   int fontFlags = 0, glyphCount = 0;
+  std::string fontName;
   int frameCount = 0;
 };
 using CharacterRef = std::shared_ptr<Character>;
@@ -48,7 +51,11 @@ struct Thread : Parser {
   bool atEnd = false, playing = true, loop = true;
   int curFrame = -1, numFrames = 0, scriptErr = 0;
   u16 layerDepth = 0;
+  std::vector<std::pair<std::string, std::string>> variables;
 
+  const std::string* FindVariable(const std::string& name) const;
+  // Shows the value in the fields of that name; in the focused one if forced.
+  void SetVariable(const std::string& name, const std::string& value, bool force);
   int DoTag();
   int DoTags(int frame);
   int DrawFrame(int frame, bool seek);
@@ -62,6 +69,9 @@ struct Thread : Parser {
   void RemoveObject(bool withId);
   CharacterRef Placeable(int id);
 };
+
+// The timeline and the name that a reference of one means; null for a bad path.
+Thread* ResolveVariable(Thread* from, const std::string& text, std::string& name);
 
 struct Movie {
   Thread main;

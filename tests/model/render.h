@@ -24,6 +24,14 @@ class Player {
   void DoPlay(u32 time);  // the run loop, from its first call on
   void Redraw() { stage.Update(); }
   Object* HitTest(Point pixel) { return stage.HitTest(pixel); }
+  // Pointer and keys, in pixels and key codes; `now` in milliseconds.
+  void MouseDown(Point pixel, u32 now);
+  void MouseMove(Point pixel, bool down, u32 now);
+  void MouseUp(Point pixel, u32 now);
+  bool HandleKeyDown(int key, int modifiers);
+  void BlinkCursor();
+  void Seek(int frame) { movie.main.DrawFrame(frame, true); }
+  Stage& TheStage() { return stage; }
   const Buffer& Bits() const { return bits; }
   const std::vector<Rect>& Painted() const { return stage.painted; }
 
@@ -35,6 +43,11 @@ class Player {
   u32 lastPlayFrames = 0;
   Rect client;
   void SetCamera();
+  bool Selecting() const;
+  void LoseFocus();
+  void DoButton(Point pixel, bool down, u32 now);
+  void Tab(bool back);
+  Rect TabBounds(const Object* o) const;
 };
 
 }  // namespace vexel::model

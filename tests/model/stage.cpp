@@ -1,5 +1,5 @@
 // Placing, moving, removing, and the hold of a backward seek.
-#include "stage.h"
+#include "field.h"
 
 namespace vexel::model {
 
@@ -11,6 +11,9 @@ Stage::Stage() {
 Stage::~Stage() {
   FreeChildren(&root);
 }
+
+Object::Object() = default;
+Object::~Object() = default;
 
 void Object::Modify() {
   stage->dirty = true;
@@ -59,6 +62,9 @@ Object* Stage::PlaceObject(Object* parent, const PlaceInfo& info) {
     t->len = t->Size();
     t->numFrames = o->character->frameCount;
     t->DrawFrame(0, false);
+  } else if (o->character->type == kEditText) {
+    o->field = std::make_unique<Field>(o);
+    if (parent != holdParent) o->field->UpdateFromVariable();
   }
   return o;
 }
@@ -71,7 +77,15 @@ Object* Stage::MoveObject(Object* parent, const PlaceInfo& info) {
   if ((info.flags & 2) && info.character) {
     const int was = o->character->type, is = info.character->type;
     auto special = [](int type) { return type == kButton || type == kSprite; };
-    if (was == is || (!special(was) && !special(is))) o->character = info.character;
+    if ((was == is || (!special(was) && !special(is))) && o->character != info.character) {
+      o->character = info.character;
+      if (focus == o && is != kEditText) focus = nullptr;
+      o->field.reset();
+      if (is == kEditText) {
+        o->field = std::make_unique<Field>(o);
+        if (parent != holdParent) o->field->UpdateFromVariable();
+      }
+    }
   }
   if (info.flags & 4) o->mat = info.mat;
   if (info.flags & 8) o->cxform = info.cxform;
@@ -109,6 +123,10 @@ void Stage::FreeChildren(Object* o) {
 
 void Stage::Free(Object* o) {
   o->FreeCache();
+  if (focus == o) focus = nullptr;
+  if (tabbed.object == o) tabbed.object = nullptr;
+  if (savedTab.object == o) savedTab.object = nullptr;
+  o->field.reset();
   if (!o->own) return;
   for (auto it = threads.begin(); it != threads.end(); ++it) {
     if (*it != o->own.get()) continue;
@@ -182,6 +200,9 @@ void Stage::FinishHold() {
       link = &cur->next;
       DoRemove(&holdList);
     }
+  }
+  for (Object* o = holdParent->firstChild; o; o = o->next) {
+    if (o->field) o->field->UpdateFromVariable();
   }
   holdParent = nullptr;
 }

@@ -9,6 +9,17 @@
 
 namespace vexel::model {
 
+struct Field;
+
+// The text focus across a rebuild of the tree.
+struct SavedFocus {
+  bool held = false;
+  std::string name;
+  u16 depth = 0;
+  i32 anchor = 0, cursor = 0;
+  bool selecting = false;
+};
+
 struct STransform {
   Matrix mat;
   ColorTransform cxform;
@@ -37,6 +48,10 @@ struct Object {
   bool drawn = false, dirty = false;
   EdgeList edges;
   ColorList colors;
+  std::unique_ptr<Field> field;
+
+  Object();
+  ~Object();
 
   void Modify();
   void FreeCache();
@@ -50,6 +65,12 @@ struct Object {
   void HitTest(Object*& found, STransform t, Point p);
   Object* HitClipper(STransform t, Point p);
   int Nesting() const;
+
+  void UpdateFields(Thread* of, const std::string& name, const std::string& value, bool force);
+  bool ScrollField(Thread* of, const std::string& name, int mode, i32& value);
+  // The topmost selectable field under the point.
+  void HitButton(Object*& found, STransform t, Point p);
+  bool FieldAt(const STransform& t, Point p) const;
 };
 
 struct Stage {
@@ -69,6 +90,16 @@ struct Stage {
   std::list<Thread*> threads;
   std::list<Thread*>::iterator cursor;  // the next thread of a step in progress
   bool stepping = false;
+  Object* focus = nullptr;  // the field that takes the keys
+  bool cursorBlink = false;
+  SavedFocus savedFocus;
+  // The keyboard's place among the fields, and the one before; the bounds are those of its time.
+  struct Tabbed {
+    Object* object = nullptr;
+    Rect bounds;
+  };
+  Tabbed tabbed, savedTab;
+  int drawing = 0;  // frames under way, one inside the other
 
   Stage();
   ~Stage();
@@ -81,6 +112,8 @@ struct Stage {
   void SetBackgroundColor(Srgb c, int priority);
   void StepThreads();
   Object* HitTest(Point pixel);  // the topmost object under it, or null
+  Object* HitButton(Point pixel);
+  void SaveFocus();
 
   void InvalidateRect(Rect r);
   void CalcUpdate();
