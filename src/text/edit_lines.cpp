@@ -29,7 +29,7 @@ int32_t EditText::FindLineNumber(int32_t i) const {
 
 int32_t EditText::FindLineEnd(int32_t line) const {
   if (line >= lineCount - 1) return length;
-  return std::max(LineStart(line + 1) - 1, 0);
+  return std::clamp(lineStarts.At(line + 1) - 1, 0, length);
 }
 
 // Required: the widths are those from the start of the text, whichever line the

@@ -1,5 +1,6 @@
 #include "edit_fixture.h"
 #include "geometry/intmath.h"
+#include "player/key_codes.h"
 
 namespace vexel::test {
 namespace {
@@ -86,9 +87,18 @@ TEST_F(Lines, AnEmptyLineAtTheStartEndsAtZero) {
 TEST_F(Lines, StaleTablesAreCutToTheText) {
   Make("abc\rdef\rabc");
   text->SetBuffer("ab");
-  EXPECT_EQ(text->FindLineEnd(0), 1);
-  EXPECT_EQ(text->FindLineEnd(1), 1);
+  EXPECT_EQ(text->FindLineEnd(0), 2);
+  EXPECT_EQ(text->FindLineEnd(1), 2);
   EXPECT_EQ(text->FindLineEnd(2), 2);
+}
+
+// Keys may come faster than pictures.
+TEST_F(Lines, EndGoesToTheEndOfATextThatWasTypedOverAndNotDrawn) {
+  Make("abc\rdef");
+  text->HandleKeyDown(kKeySelectAll, 0);
+  text->HandleKeyDown('a', 0);
+  text->HandleKeyDown(kKeyEnd, 0);
+  EXPECT_EQ(text->selectionCursor, 1);
 }
 
 TEST_F(Lines, TheCursorsLineIsScrolledIntoView) {
