@@ -7,6 +7,7 @@ own that the test can end.
 import os
 import pathlib
 import sys
+import urllib.parse
 
 OPTIONS = [
     "--headless", "--disable-gpu", "--disable-dev-shm-usage", "--no-first-run",
@@ -25,7 +26,10 @@ with open(folder / f"{pid}.log", "wb") as log:
     os.dup2(log.fileno(), 1)
     os.dup2(log.fileno(), 2)
 (folder / f"{pid}.pid").touch()
-options = OPTIONS + [f"--user-data-dir={folder}/profile"]
+# The player takes any port; Chromium declines a few, which are known for
+# something else.
+options = OPTIONS + [f"--user-data-dir={folder}/profile",
+                     f"--explicitly-allowed-ports={urllib.parse.urlsplit(url).port}"]
 if os.geteuid() == 0:
     options.append("--no-sandbox")  # which root can't have
 environment = {**os.environ, "HOME": str(folder), "XDG_CONFIG_HOME": str(folder / "config"),
