@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
     status = Run(argc, argv);
   } catch (const Failure& failure) {
     std::fflush(stdout);
-    std::fprintf(stderr, "%s\n", failure.what());
+    if (*failure.what() != 0) std::fprintf(stderr, "%s\n", failure.what());
     status = failure.status();
   } catch (const std::bad_alloc&) {
     Warn("memory", "not enough");

@@ -4,8 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "status.h"
@@ -15,6 +19,41 @@ namespace vexel::tools {
 namespace {
 
 constexpr mode_t kMode = 0666;  // cut by the umask
+
+constexpr std::array kEndSignals = {SIGHUP, SIGINT, SIGTERM};
+
+// What a signal takes away: a handler can ask for no memory. One file at a
+// time, as these programs write; a second one goes unguarded.
+char g_guarded[PATH_MAX] = "";
+
+void RemoveAndEnd(int signal) {
+  unlink(g_guarded);
+  // The program ends by the same signal, as soon as the handler returns.
+  std::signal(signal, SIG_DFL);
+  raise(signal);
+}
+
+// Signals that the program passes over or takes itself are left to it.
+void SetGuard(void (*from)(int), void (*to)(int)) {
+  for (const int signal : kEndSignals) {
+    struct sigaction now;
+    if (sigaction(signal, nullptr, &now) == 0 && (now.sa_flags & SA_SIGINFO) == 0 &&
+        now.sa_handler == from)
+      std::signal(signal, to);
+  }
+}
+
+void Guard(const std::string& path) {
+  if (*g_guarded != 0 || path.size() >= sizeof g_guarded) return;
+  std::memcpy(g_guarded, path.c_str(), path.size() + 1);
+  SetGuard(SIG_DFL, RemoveAndEnd);
+}
+
+void Unguard(const std::string& path) {
+  if (path != g_guarded) return;
+  SetGuard(RemoveAndEnd, SIG_DFL);
+  *g_guarded = 0;
+}
 
 // Where a link leads, so that the file behind it is replaced and not the link.
 std::string ResolveLink(const std::string& path) {
@@ -40,7 +79,11 @@ OutFile::OutFile(const std::string& path) : path_(path) {
     path_ = ResolveLink(path);
     partPath_ = path_ + "." + std::to_string(getpid()) + ".part";
     file = open(partPath_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
-    if (file < 0) partPath_.clear();
+    if (file < 0) {
+      partPath_.clear();
+    } else {
+      Guard(partPath_);
+    }
   }
   if (file < 0 || (stream_ = fdopen(file, "wb")) == nullptr) {
     const std::string why = SystemError();
@@ -62,13 +105,16 @@ void OutFile::Commit() {
   if (std::fclose(stream) != 0) Fail(SystemError());
   if (partPath_.empty()) return;
   if (std::rename(partPath_.c_str(), path_.c_str()) != 0) Fail(SystemError());
+  Unguard(partPath_);
   partPath_.clear();
 }
 
 void OutFile::Drop() {
   if (stream_) std::fclose(stream_);
   stream_ = nullptr;
-  if (!partPath_.empty()) unlink(partPath_.c_str());
+  if (partPath_.empty()) return;
+  unlink(partPath_.c_str());
+  Unguard(partPath_);
   partPath_.clear();
 }
 

@@ -1,5 +1,6 @@
 // An output file that is there as a whole or not at all: written under another
-// name beside it, and renamed at the end.
+// name beside it, and renamed at the end. A signal that ends the program takes
+// it away as well.
 #pragma once
 
 #include <cstdio>

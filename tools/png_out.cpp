@@ -12,6 +12,8 @@ namespace {
 
 constexpr int32_t kBytesPerPixel = 3;
 
+}  // namespace
+
 std::vector<uint8_t> RgbOf(CBitBuffer* bits) {
   CRaster raster;
   raster.Attach(bits, nullptr, false);
@@ -30,8 +32,6 @@ std::vector<uint8_t> RgbOf(CBitBuffer* bits) {
   }
   return rgb;
 }
-
-}  // namespace
 
 void WritePng(CBitBuffer* bits, const std::string& path, std::FILE* stream) {
   const std::vector<uint8_t> rgb = RgbOf(bits);

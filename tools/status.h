@@ -18,7 +18,10 @@ class Failure : public std::exception {
  public:
   Failure(Status status, const std::string& where, const std::string& what)
       : status_(status), message_("vexel: " + where + ": " + what) {}
+  // Of which a program that did the work has told already.
+  explicit Failure(Status status) : status_(status) {}
   Status status() const { return status_; }
+  // Empty if it has been told.
   const char* what() const noexcept override { return message_.c_str(); }
 
  private:

@@ -1,15 +1,14 @@
-// `vexel render`: pictures of a movie's frames.
-#include <unistd.h>
-
+// `vexel render`: pictures of a movie's frames, and films.
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 
+#include "film_out.h"
 #include "frame_name.h"
 #include "headless_player.h"
 #include "movie_file.h"
 #include "options.h"
 #include "picture_out.h"
+#include "progress.h"
 #include "status.h"
 #include "verbs.h"
 
@@ -25,29 +24,15 @@ struct RenderOptions {
   int64_t atMs = 0;
   bool at = false;
   bool all = false;
-};
-
-// Where standard error is a terminal, a line that tells how far it is.
-class Progress {
- public:
-  explicit Progress(int32_t total) : total_(total), shown_(isatty(STDERR_FILENO) != 0) {}
-  ~Progress() {
-    if (shown_) std::fprintf(stderr, "\r\033[K");
-  }
-  void Show(int32_t frame) const {
-    if (shown_) std::fprintf(stderr, "\rframe %d of %d", frame + 1, total_);
-  }
-
- private:
-  int32_t total_;
-  bool shown_;
+  FilmOptions film;
+  int64_t toMs = 0;
 };
 
 // Redraws what is dirty after the first frame and after each step, into the
 // same buffer.
 void RenderAll(HeadlessPlayer* player, const RenderOptions& options, int32_t frames) {
   const FrameName name(options.out);
-  const Progress progress(frames);
+  const Progress progress("frame", frames);
   for (int32_t i = 0; i < frames; i++) {
     progress.Show(i);
     if (i > 0) player->Step(1);
@@ -69,11 +54,18 @@ void RenderOne(HeadlessPlayer* player, const RenderOptions& options) {
 }
 
 void Render(const RenderOptions& options) {
-  if (PictureKindOf(options.out) == PictureKind::kNone)
-    throw Failure(kMisused, options.out, "must end in .png or .raw");
+  const bool isFilm = IsFilmName(options.out);
+  if (!isFilm && PictureKindOf(options.out) == PictureKind::kNone)
+    throw Failure(kMisused, options.out,
+                  "must end in .png or .raw, or for a film in .gif, .apng, .webm or .mp4");
   if (options.all && !FrameName(options.out).valid())
     throw Failure(kMisused, options.out, "must hold one %d or %0Nd, for --all");
   const MovieFile movie = LoadMovie(options.movie);
+  if (isFilm) {
+    WarnIfEndsEarly(movie);
+    WriteFilm(movie, options.view, options.film, options.out);
+    return;
+  }
   HeadlessPlayer player(movie, options.view);
   WarnIfEndsEarly(movie);
   if (options.all) {
@@ -87,9 +79,13 @@ void Render(const RenderOptions& options) {
 
 void AddRenderVerb(CLI::App* app) {
   const auto options = std::make_shared<RenderOptions>();
-  CLI::App* verb = app->add_subcommand("render", "write pictures of a movie, without a window");
+  CLI::App* verb =
+      app->add_subcommand("render", "write pictures of a movie, or a film, without a window");
   AddMovieArgument(verb, &options->movie);
-  verb->add_option("-o", options->out, "the picture, .png or .raw")->required()->type_name("OUT");
+  verb->add_option("-o", options->out,
+                   "a picture, .png or .raw, or a film, .gif, .apng, .webm or .mp4")
+      ->required()
+      ->type_name("OUT");
   CLI::Option* frame = AddNumberOption(verb, "--frame", "N", 0, 0x7FFFFFFF, &options->frame,
                                        "steps after the first frame (0)");
   CLI::Option* at = AddNumberOption(verb, "--at", "MS", 0, 0xFFFFFFFF, &options->atMs,
@@ -98,13 +94,32 @@ void AddRenderVerb(CLI::App* app) {
       verb->add_flag("--all", options->all, "instead: every frame; OUT holds one %d or %0Nd");
   frame->excludes(at)->excludes(all);
   at->excludes(all);
+  CLI::Option* fps = AddParsed(
+      verb, "--fps", "N", "a number from 0.01 to 1000 or a fraction",
+      "pictures a second of a film: 25, 29.97 or 30000/1001 (the movie's rate)",
+      [=](const std::string& text) { return ParseFrameRate(text, &options->film.rate.emplace()); });
+  CLI::Option* from = AddNumberOption(verb, "--from", "MS", 0, 0xFFFFFFFF, &options->film.fromMs,
+                                      "where a film begins, in milliseconds (0)");
+  CLI::Option* to = AddNumberOption(verb, "--to", "MS", 0, 0xFFFFFFFF, &options->toMs,
+                                    "where it ends (the end of the movie's last frame)");
   AddViewOptions(verb, &options->view);
   AddFormatOption(verb, &options->view);
   verb->footer(
       "Examples: vexel render clock.vxf --frame 12 -o clock.png\n"
-      "          vexel render clock.vxf --all --size 640x480 -o 'clock-%03d.png'");
+      "          vexel render clock.vxf --all --size 640x480 -o 'clock-%03d.png'\n"
+      "          vexel render clock.vxf --from 2000 --to 5000 -o clock.gif");
   verb->callback([=] {
     options->at = at->count() > 0;
+    if (to->count() > 0) options->film.toMs = options->toMs;
+    const bool isFilm = IsFilmName(options->out);
+    for (const CLI::Option* option : {frame, at, all}) {
+      if (isFilm && option->count() > 0)
+        throw Failure(kMisused, "render", option->get_name() + " is for pictures, not for films");
+    }
+    for (const CLI::Option* option : {fps, from, to}) {
+      if (!isFilm && option->count() > 0)
+        throw Failure(kMisused, "render", option->get_name() + " is for films, not for pictures");
+    }
     Render(*options);
   });
 }

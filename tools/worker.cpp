@@ -1,5 +1,6 @@
 #include "worker.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <utility>
 
 #include "status.h"
 
@@ -39,6 +41,43 @@ class Command {
   std::vector<char*> argv_;
 };
 
+// Starts a program; of the two descriptors those that are not negative become
+// its standard input and output.
+pid_t Start(Command* command, int input, int output) {
+  std::fflush(stdout);
+  // Signals that this program holds back or passes over for itself end the
+  // child as usual.
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  sigset_t signals;
+  sigemptyset(&signals);
+  posix_spawnattr_setsigmask(&attributes, &signals);
+  sigaddset(&signals, SIGPIPE);
+  posix_spawnattr_setsigdefault(&attributes, &signals);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (input >= 0) posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+  if (output >= 0) posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  pid_t child = 0;
+  errno =
+      posix_spawn(&child, command->path().c_str(), &actions, &attributes, command->argv(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  posix_spawnattr_destroy(&attributes);
+  if (errno != 0) throw Failure(kFailed, command->path(), "cannot be run: " + SystemError());
+  return child;
+}
+
+int WaitFor(const std::string& name, pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) throw Failure(kFailed, name, SystemError());
+  }
+  if (WIFEXITED(status)) return WEXITSTATUS(status);
+  Warn(name, "ended by signal " + std::to_string(WTERMSIG(status)));
+  return kFailed;
+}
+
 }  // namespace
 
 void RunWorker(const std::string& name, const std::vector<std::string>& arguments) {
@@ -50,26 +89,51 @@ void RunWorker(const std::string& name, const std::vector<std::string>& argument
 
 int RunChild(const std::string& name, const std::vector<std::string>& arguments) {
   Command command(name, arguments);
-  std::fflush(stdout);
-  // Signals that this program holds back for itself end the child as usual.
-  posix_spawnattr_t attributes;
-  posix_spawnattr_init(&attributes);
-  sigset_t none;
-  sigemptyset(&none);
-  posix_spawnattr_setsigmask(&attributes, &none);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-  pid_t child = 0;
-  errno =
-      posix_spawn(&child, command.path().c_str(), nullptr, &attributes, command.argv(), environ);
-  posix_spawnattr_destroy(&attributes);
-  if (errno != 0) throw Failure(kFailed, command.path(), "cannot be run: " + SystemError());
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0) {
-    if (errno != EINTR) throw Failure(kFailed, command.path(), SystemError());
+  return WaitFor(name, Start(&command, -1, -1));
+}
+
+FedChild::FedChild(const std::string& name, const std::vector<std::string>& arguments,
+                   std::FILE* output)
+    : name_(name) {
+  // A program that has ended early is told of by its status.
+  std::signal(SIGPIPE, SIG_IGN);
+  Command command(name, arguments);
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) throw Failure(kFailed, name, "cannot be run: " + SystemError());
+  input_ = ends[1];
+  try {
+    child_ = Start(&command, ends[0], fileno(output));
+  } catch (const Failure&) {
+    close(ends[0]);
+    close(ends[1]);
+    throw;
   }
-  if (WIFEXITED(status)) return WEXITSTATUS(status);
-  Warn(name, "ended by signal " + std::to_string(WTERMSIG(status)));
-  return kFailed;
+  close(ends[0]);
+}
+
+FedChild::~FedChild() {
+  if (child_ == 0) return;
+  close(input_);
+  while (waitpid(child_, nullptr, 0) < 0 && errno == EINTR) continue;
+}
+
+bool FedChild::Feed(const void* data, size_t size) {
+  const char* at = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t done = write(input_, at, size);
+    if (done < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    at += done;
+    size -= static_cast<size_t>(done);
+  }
+  return true;
+}
+
+int FedChild::Finish() {
+  close(input_);
+  return WaitFor(name_, std::exchange(child_, 0));
 }
 
 }  // namespace vexel::tools
