@@ -27,7 +27,7 @@ class IZEMRenderer : public IUnknown {
   // MIME types, ended by a null pointer, borrowed for good; and how often, in
   // milliseconds, a time sync is wanted.
   virtual INT32 GetRendererInfo(const char**& mimeTypes, UINT32& granularity) = 0;
-  // Both are kept: the stream until EndStream, the player until DetachSite.
+  // Both are kept: the stream until EndStream, the player until the end.
   virtual INT32 StartStream(IZEMStream* stream, IZEMPlayer* player) = 0;
   virtual INT32 EndStream() = 0;
   // The stream's header: "StreamVersion", "ContentVersion", "Duration",

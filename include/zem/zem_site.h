@@ -13,7 +13,7 @@ class IZEMSiteUser : public IUnknown {
   // movie's own size. ZEM_UNEXPECTED if one is attached already.
   virtual INT32 AttachSite(IZEMSite* site) = 0;
   virtual INT32 DetachSite() = 0;
-  // One event, as received. ZEM_BAD_ARGUMENT for null.
+  // One event, as received; null does nothing.
   virtual INT32 HandleEvent(_QKxEvent* event) = 0;
   // Not 0: the user wants a window of the system's own. Ours answers 0.
   virtual INT32 NeedsWindowedSites() = 0;
