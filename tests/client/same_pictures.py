@@ -18,8 +18,8 @@ import subprocess
 import sys
 import tempfile
 
-# It begins before it is whole, and then calls frames that have not come.
-WHOLE_ONLY = {"calculator"}
+# They begin before they are whole, and then call frames that have not come.
+WHOLE_ONLY = {"calculator", "guestbook", "tutor"}
 # It waits for frames, which in a stream takes it one step more: by then it stands.
 FROM_MS = {"slides": 1500}
 TIMES_MS = (0, 250, 700, 1500, 3000)
