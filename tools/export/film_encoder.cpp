@@ -8,6 +8,10 @@
 
 #include "status.h"
 
+extern "C" {
+#include <libavutil/opt.h>
+}
+
 namespace vexel::tools {
 
 namespace {
@@ -54,7 +58,7 @@ FilmEncoder::FilmEncoder(const FilmKind& kind, const FilmForm& form)
   av_log_set_level(AV_LOG_QUIET);
   if (!packet_) Check(AVERROR(ENOMEM));
   OpenCoder(form);
-  OpenFile(form);
+  OpenFile();
 }
 
 void FilmEncoder::FailFor(const char* what, const char* name, const char* library,
@@ -93,7 +97,7 @@ void FilmEncoder::OpenCoder(const FilmForm& form) {
   }
 }
 
-void FilmEncoder::OpenFile(const FilmForm& form) {
+void FilmEncoder::OpenFile() {
   AVFormatContext* file = nullptr;
   avformat_alloc_output_context2(&file, nullptr, kind_.muxer, kOutput);
   if (!file) FailFor("container", kind_.muxer, "libavformat", LIBAVFORMAT_VERSION_MAJOR);
@@ -113,8 +117,6 @@ void FilmEncoder::OpenFile(const FilmForm& form) {
   stream_->avg_frame_rate = coder_->framerate;
   Check(avio_open(&file->pb, kOutput, AVIO_FLAG_WRITE));
   Settings settings(kind_.muxerSettings);
-  if (std::strcmp(kind_.name, "gif") == 0)
-    av_dict_set_int(settings.get(), "final_delay", form.lastLength, 0);
   Check(settings.Result(avformat_write_header(file, settings.get())));
 }
 
@@ -140,6 +142,9 @@ void FilmEncoder::Add(AVFrame* frame, int64_t start, int64_t length) {
 
 void FilmEncoder::Finish() {
   Send(nullptr);
+  // A frame of a GIF lasts until the next one; the last must be told.
+  if (std::strcmp(kind_.muxer, "gif") == 0)
+    Check(av_opt_set_int(file_->priv_data, "final_delay", length_, 0));
   Check(av_write_trailer(file_.get()));
   avio_flush(file_->pb);
   Check(file_->pb->error);

@@ -14,8 +14,7 @@ struct FilmForm {
   int32_t width;     // pixels, of what is packed
   int32_t height;
   FrameRate rate;
-  AVRational tick;     // of all times given, seconds
-  int64_t lastLength;  // of the last frame, ticks
+  AVRational tick;  // of all times given, seconds
 };
 
 class FilmEncoder {
@@ -32,7 +31,7 @@ class FilmEncoder {
 
  private:
   void OpenCoder(const FilmForm& form);
-  void OpenFile(const FilmForm& form);
+  void OpenFile();
   void Send(const AVFrame* frame);
   void Check(int result) const;
   [[noreturn]] void FailFor(const char* what, const char* name, const char* library,

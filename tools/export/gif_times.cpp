@@ -9,25 +9,19 @@ namespace {
 constexpr int64_t kPerSecond = 100;
 constexpr int64_t kShortest = 2;
 
-int64_t StartOf(FrameRate rate, int64_t frame) {
-  return (2 * frame * kPerSecond * rate.den + rate.num) / (2 * int64_t{rate.num});
-}
-
 }  // namespace
 
-std::vector<GifFrame> GifFrames(FrameRate rate, int64_t count) {
-  std::vector<GifFrame> frames;
-  for (int64_t i = 0; i < count; i++) {
-    const int64_t start = StartOf(rate, i);
-    if (!frames.empty()) {
-      if (start - frames.back().start < kShortest) continue;
-      frames.back().length = start - frames.back().start;
-    }
-    frames.push_back({i, start, 0});
-  }
-  if (!frames.empty())
-    frames.back().length = std::max(kShortest, StartOf(rate, count) - frames.back().start);
-  return frames;
+int64_t GifTimes::StartOf(int64_t frame) const {
+  return (2 * frame * kPerSecond * rate_.den + rate_.num) / (2 * int64_t{rate_.num});
+}
+
+std::optional<GifTime> GifTimes::Next() {
+  const int64_t start = StartOf(next_++);
+  if (start < earliest_) return std::nullopt;
+  earliest_ = start + kShortest;
+  int64_t after = next_;
+  while (after < count_ && StartOf(after) < earliest_) after++;
+  return GifTime{start, std::max(StartOf(after) - start, kShortest)};
 }
 
 }  // namespace vexel::tools

@@ -66,18 +66,15 @@ class Input {
 void PackGif(const Job& job) {
   Input input(job);
   FilmPictures pictures(*job.kind, job.width, job.height);
-  const std::vector<GifFrame> frames = GifFrames(job.rate, job.count);
-  FilmEncoder encoder(*job.kind,
-                      {job.name, job.width, job.height, job.rate, {1, 100}, frames.back().length});
+  GifTimes times(job.rate, job.count);
+  FilmEncoder encoder(*job.kind, {job.name, job.width, job.height, job.rate, {1, 100}});
   ColorCount colors;
   for (int64_t i = 0; i < job.count; i++) colors.Add(input.Next(), input.pixels());
   pictures.SetPalette(colors.Choose());
-  size_t next = 0;
   for (int64_t i = 0; i < job.count; i++) {
     const uint8_t* rgb = input.Next();
-    if (next == frames.size() || frames[next].frame != i) continue;
-    encoder.Add(pictures.Take(rgb), frames[next].start, frames[next].length);
-    next++;
+    if (const std::optional<GifTime> time = times.Next())
+      encoder.Add(pictures.Take(rgb), time->start, time->length);
   }
   encoder.Finish();
 }
@@ -85,9 +82,8 @@ void PackGif(const Job& job) {
 void Pack(const Job& job) {
   Input input(job);
   FilmPictures pictures(*job.kind, job.width, job.height);
-  FilmEncoder encoder(
-      *job.kind,
-      {job.name, pictures.width(), pictures.height(), job.rate, {1, job.rate.num}, job.rate.den});
+  FilmEncoder encoder(*job.kind,
+                      {job.name, pictures.width(), pictures.height(), job.rate, {1, job.rate.num}});
   for (int64_t i = 0; i < job.count; i++)
     encoder.Add(pictures.Take(input.Next()), i * job.rate.den, job.rate.den);
   encoder.Finish();
