@@ -28,10 +28,9 @@ constexpr uint32_t kLongestLoadMs = 60000;
 std::vector<uint8_t> ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) throw std::runtime_error(std::string("cannot be opened: ") + std::strerror(errno));
-  std::vector<uint8_t> bytes(std::istreambuf_iterator<char>(in), {});
-  // A folder opens, and cannot be read.
-  if (in.bad() || std::filesystem::is_directory(path)) throw std::runtime_error("cannot be read");
-  return bytes;
+  // Opens, and cannot be read.
+  if (std::filesystem::is_directory(path)) throw std::runtime_error("is a folder");
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // Says what the plug-in asks of the player.
