@@ -9,7 +9,6 @@
 #undef min
 #undef max
 
-#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <new>
@@ -63,14 +62,14 @@ XEvents::XEvents() : state_(std::make_unique<State>()) {
 XEvents::~XEvents() = default;
 
 void* XEvents::Key(unsigned long keysym, bool shift, bool control) {
-  const std::vector<KeySym>& keysyms = state_->keysyms;
-  const auto found = std::find(keysyms.begin(), keysyms.end(), keysym);
-  if (found == keysyms.end()) return nullptr;
+  Display* display = reinterpret_cast<Display*>(state_->display.get());
+  const KeyCode keycode = XKeysymToKeycode(display, keysym);
+  if (keycode == 0) return nullptr;
   XKeyEvent* key = &(state_->event = {}).xkey;
   key->type = KeyPress;
-  key->display = reinterpret_cast<Display*>(state_->display.get());
+  key->display = display;
   key->state = (shift ? ShiftMask : 0) | (control ? ControlMask : 0);
-  key->keycode = static_cast<unsigned>(kMinKeycode + (found - keysyms.begin()) / kPerKeycode);
+  key->keycode = keycode;
   return &state_->event;
 }
 
