@@ -20,6 +20,7 @@ class Maker {
   void Shape(int id);
   void Field(int id);
   void Sprite(int id);
+  void Button(int id);
   void Place(Writer& w, int depths, bool move);
   void Frame(Writer& w, int depths, int ops, bool first);
   Mat Placement();
@@ -36,6 +37,9 @@ class Maker {
   std::vector<int> placeable_, fonts_;
   int fontHeight_ = 0;
   int span_ = 0;  // twentieths
+  // Fields too small for a text put it so far away that it takes no magnifying:
+  // divided there, curves would wrap back into view.
+  bool tiny_ = false;
 };
 
 // A few closed paths on the square of the em, all of fill 1.
@@ -207,7 +211,7 @@ void Maker::Field(int id) {
   Writer b;
   b.U16(static_cast<uint32_t>(id));
   const int h = r_.Chance(85) ? fontHeight_ : r_.Int(0, 900);
-  if (r_.Chance(4)) {
+  if (tiny_ && r_.Chance(30)) {
     b.Rectangle(0, r_.Int(0, 120), 0, r_.Int(0, 120));
   } else {
     const int x = r_.Chance(50) ? 0 : r_.Int(-400, 400), y = r_.Chance(50) ? 0 : r_.Int(-400, 400);
@@ -251,15 +255,16 @@ Mat Maker::Placement() {
       break;
     case 1:
     case 2: {
-      const double angle = r_.Int(0, 3600) * 3.14159265 / 1800, s = r_.Int(30, 250) / 100.0;
+      const double angle = r_.Int(0, 3600) * 3.14159265 / 1800,
+                   s = r_.Int(30, tiny_ ? 90 : 250) / 100.0;
       m.a = m.d = static_cast<int32_t>(std::cos(angle) * s * 65536);
       m.b = static_cast<int32_t>(std::sin(angle) * s * 65536);
       m.c = r_.Chance(80) ? -m.b : r_.Int(-80000, 80000);
       break;
     }
     case 3:
-      m.a = r_.Int(-130000, 130000);
-      m.d = r_.Int(-130000, 130000);
+      m.a = r_.Int(-130000, 130000) / (1 + tiny_);
+      m.d = r_.Int(-130000, 130000) / (1 + tiny_);
       break;
     case 4:
       if (r_.Chance(30)) {
@@ -268,7 +273,7 @@ Mat Maker::Placement() {
       }
       break;
     case 5:
-      if (r_.Chance(40)) m.a = m.d = 0x10000 * r_.Int(3, 60);
+      if (!tiny_ && r_.Chance(40)) m.a = m.d = 0x10000 * r_.Int(3, 60);
       break;
     default:
       break;
@@ -330,12 +335,37 @@ void Maker::Sprite(int id) {
   placeable_.push_back(id);
 }
 
+// Of records alone, with no action to run.
+void Maker::Button(int id) {
+  const bool second = r_.Chance(50);
+  Writer b;
+  b.U16(static_cast<uint32_t>(id));
+  if (second) {
+    b.U8(U(0, 1));
+    b.U16(0);
+  }
+  const int records = r_.Int(1, 5);
+  for (int i = 0; i < records; ++i) {
+    b.U8(r_.Chance(30) ? 8 : U(1, 15));
+    b.U16(static_cast<uint32_t>(
+        placeable_[static_cast<size_t>(r_.Int(0, static_cast<int>(placeable_.size()) - 1))]));
+    b.U16(static_cast<uint32_t>(i + 1));
+    b.Matrix(Placement());
+    if (second) b.U8(0);
+  }
+  b.U8(0);
+  if (!second) b.U8(0);
+  out_.Tag(second ? 34 : 7, b.bytes);
+  placeable_.push_back(id);
+}
+
 FieldMovie Maker::Make() {
   m_.width = r_.Int(20, 110);
   m_.height = r_.Int(16, 90);
   m_.frames = r_.Int(1, 4);
   span_ = 20 * (m_.width > m_.height ? m_.width : m_.height);
   fontHeight_ = r_.Int(60, 500);
+  tiny_ = r_.Chance(15);
   out_.Rectangle(0, m_.width * 20, 0, m_.height * 20);
   out_.U16(12 << 8);
   out_.U16(static_cast<uint32_t>(m_.frames));
@@ -346,6 +376,8 @@ FieldMovie Maker::Make() {
   for (int i = 0; i < shapes; ++i) Shape(id++);
   for (int i = 0; i < fields; ++i) Field(id++);
   for (int i = 0; i < sprites; ++i) Sprite(id++);
+  const int buttons = r_.Chance(65) ? 0 : r_.Int(1, 2);
+  for (int i = 0; i < buttons; ++i) Button(id++);
   for (int i = 0; i < m_.frames; ++i) Frame(out_, 8, i == 0 ? r_.Int(1, 7) : r_.Int(0, 3), i == 0);
   out_.Tag(0, {});
   for (int i = 0; i < 3; ++i) m_.codes.push_back(r_.Int(33, 255));

@@ -85,6 +85,7 @@ void Object::HitButton(Object*& found, STransform t, Point p) {
     found = this;
     return;
   }
+  if (character && character->type == kButton && ButtonAt(t, p)) found = this;
   for (Object* child = firstChild; child;) {
     if (child->clipDepth) {
       child = child->HitClipper(t, p);

@@ -1,6 +1,4 @@
 // Pointer and keys: which field has the focus, and what it is told.
-#include <algorithm>
-
 #include "field.h"
 #include "render.h"
 
@@ -19,23 +17,34 @@ void Player::LoseFocus() {
 
 void Player::DoButton(Point pixel, bool down, u32 now) {
   Object* hit = stage.HitButton(pixel);
+  bool changed = false;
   if (!hit || !hit->field) {
+    changed = stage.overField;
+    stage.overField = false;
     if (down && stage.focus && !stage.focus->field->selecting) {
       stage.cursorBlink = false;
       LoseFocus();
     }
-    return;
-  }
-  if (!down || Selecting()) return;
-  if (stage.focus != hit) {
-    if (stage.focus) {
-      stage.cursorBlink = false;
-      LoseFocus();
+  } else {
+    const bool goesOn = down && Selecting();
+    if (down && !goesOn) {
+      if (stage.focus != hit) {
+        if (stage.focus) {
+          stage.cursorBlink = false;
+          LoseFocus();
+        }
+        stage.focus = hit;
+      }
+      hit->field->DoMouse(pixel, true, now);
+      hit->Modify();
     }
-    stage.focus = hit;
+    if (!goesOn) {
+      changed = !stage.overField;
+      stage.overField = true;
+    }
+    hit = nullptr;
   }
-  hit->field->DoMouse(pixel, true, now);
-  hit->Modify();
+  if (stage.SetButton(hit, down) || changed) stage.HideTabFocus();
 }
 
 void Player::MouseDown(Point pixel, u32 now) {
@@ -86,65 +95,6 @@ bool Player::HandleKeyDown(int key, int modifiers) {
   if (value ? *value == text : text.empty()) return true;
   if (thread) thread->SetVariable(name, text, false);
   return true;
-}
-
-// ---- tab -------------------------------------------------------------------
-
-static void Collect(Object* parent, std::vector<Object*>& out) {
-  for (Object* c = parent->firstChild; c; c = c->next) {
-    if (c->field && !(c->field->flags & Field::kReadOnly)) out.push_back(c);
-    Collect(c, out);
-  }
-}
-
-static i32 Weight(const Rect& r) {
-  return r.ymin * 2 + r.xmin / 3;
-}
-
-Rect Player::TabBounds(const Object* o) const {
-  Matrix m;
-  for (const Object* up = o; up->parent; up = up->parent) m = Concat(m, up->mat);
-  return TransformRect(Concat(m, stage.camera), o->character->bounds);
-}
-
-void Player::Tab(bool back) {
-  Stage::Tabbed& now = stage.tabbed;
-  if (!now.object) now = stage.savedTab;
-  stage.savedTab = now;
-  if (stage.focus) now = {stage.focus, TabBounds(stage.focus)};
-  const bool held = now.object != nullptr;
-  const i32 weight = held ? Weight(now.bounds) : -1;
-  std::vector<Object*> fields;
-  Collect(&stage.root, fields);
-  std::vector<Stage::Tabbed> map;
-  for (Object* o : fields) map.push_back({o, TabBounds(o)});
-  std::stable_sort(map.begin(), map.end(), [](const auto& a, const auto& b) {
-    return Weight(a.bounds) < Weight(b.bounds);
-  });
-  if (map.empty()) {
-    now.object = nullptr;
-    return;
-  }
-  now = back ? map.back() : map.front();
-  if (!back) {
-    for (const auto& entry : map) {
-      if (Weight(entry.bounds) <= weight) continue;
-      now = entry;
-      break;
-    }
-  } else if (held) {
-    for (auto it = map.rbegin(); it != map.rend(); ++it) {
-      if (Weight(it->bounds) >= weight) continue;
-      now = *it;
-      break;
-    }
-  }
-  if (stage.focus) LoseFocus();
-  stage.focus = now.object;
-  Field& field = *now.object->field;
-  field.anchor = static_cast<i32>(field.text.size());
-  field.cursor = 0;
-  now.object->Modify();
 }
 
 }  // namespace vexel::model

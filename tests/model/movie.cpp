@@ -110,7 +110,10 @@ void Thread::Tag(int code) {
       break;
     case 7:
     case 34:
-      if (auto c = Define(kButton)) c->data = Slice(script, pos, tagEnd);
+      if (auto c = Define(kButton)) {
+        if (code == 34) c->trackAsMenu = GetByte() != 0;
+        c->data = Slice(script, pos, tagEnd);
+      }
       break;
     case 8:
       if (!movie->jpegTables) movie->jpegTables = Slice(script, pos, tagEnd);

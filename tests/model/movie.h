@@ -38,6 +38,7 @@ struct Character {
   int fontFlags = 0, glyphCount = 0;
   std::string fontName;
   int frameCount = 0;
+  bool trackAsMenu = false;  // buttons
 };
 using CharacterRef = std::shared_ptr<Character>;
 

@@ -47,7 +47,7 @@ class Player {
   void LoseFocus();
   void DoButton(Point pixel, bool down, u32 now);
   void Tab(bool back);
-  Rect TabBounds(const Object* o) const;
+  void FocusButton(Object* o);
 };
 
 }  // namespace vexel::model

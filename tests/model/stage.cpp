@@ -62,6 +62,14 @@ Object* Stage::PlaceObject(Object* parent, const PlaceInfo& info) {
     t->len = t->Size();
     t->numFrames = o->character->frameCount;
     t->DrawFrame(0, false);
+  } else if (o->character->type == kButton) {
+    int state = 1;
+    if (tracked.character == o->character && tracked.parent == parent &&
+        tracked.depth == o->depth && tracked.ratio == o->ratio) {
+      state = buttonState;
+      button = o;
+    }
+    UpdateButton(o, state);
   } else if (o->character->type == kEditText) {
     o->field = std::make_unique<Field>(o);
     if (parent != holdParent) o->field->UpdateFromVariable();
@@ -124,7 +132,11 @@ void Stage::FreeChildren(Object* o) {
 void Stage::Free(Object* o) {
   o->FreeCache();
   if (focus == o) focus = nullptr;
-  if (tabbed.object == o) tabbed.object = nullptr;
+  if (tabbed.object == o) {
+    if (o->character->type == kButton) HideTabFocus();
+    tabbed.object = nullptr;
+  }
+  if (button == o) button = nullptr;
   if (savedTab.object == o) savedTab.object = nullptr;
   o->field.reset();
   if (!o->own) return;
@@ -181,10 +193,10 @@ void Stage::FinishHold() {
     }
     const bool same = old->mat == cur->mat && old->cxform == cur->cxform;
     auto isSprite = [](const Object* o) { return o->character->type == kSprite; };
-    bool keep = false;
+    bool keep = false, alike = false;
     if (old->character == cur->character && old->ratio == cur->ratio &&
         old->clipDepth == cur->clipDepth) {
-      keep = same || isSprite(old);
+      keep = alike = same || isSprite(old);
     } else if (old->ratio == cur->ratio && isSprite(old) && isSprite(cur)) {
       keep = true;
     }
@@ -194,6 +206,7 @@ void Stage::FinishHold() {
         old->mat = cur->mat;
         old->cxform = cur->cxform;
       }
+      if (alike && button == cur) button = old;
       DoRemove(link);
       moveOldToLink();
     } else {

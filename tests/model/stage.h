@@ -46,6 +46,7 @@ struct Object {
   ColorTransform cxform;
   Rect devBounds;
   bool drawn = false, dirty = false;
+  int buttonState = 0;  // 0 before its first
   EdgeList edges;
   ColorList colors;
   std::unique_ptr<Field> field;
@@ -68,8 +69,9 @@ struct Object {
 
   void UpdateFields(Thread* of, const std::string& name, const std::string& value, bool force);
   bool ScrollField(Thread* of, const std::string& name, int mode, i32& value);
-  // The topmost selectable field under the point.
+  // The topmost button or selectable field under the point.
   void HitButton(Object*& found, STransform t, Point p);
+  bool ButtonAt(const STransform& t, Point p) const;
   bool FieldAt(const STransform& t, Point p) const;
 };
 
@@ -99,6 +101,17 @@ struct Stage {
     Rect bounds;
   };
   Tabbed tabbed, savedTab;
+  Rect tabFocus;             // the frame around the keyboard's button, in device units
+  bool overField = false;    // the pointer is over a field
+  Object* button = nullptr;  // owns the pointer
+  int buttonState = 0;
+  // Who it is, for a button that comes in its place.
+  struct Tracked {
+    Object* parent = nullptr;
+    CharacterRef character;
+    u16 depth = 0, ratio = 0;
+  };
+  Tracked tracked;
   int drawing = 0;  // frames under way, one inside the other
 
   Stage();
@@ -114,6 +127,9 @@ struct Stage {
   Object* HitTest(Point pixel);  // the topmost object under it, or null
   Object* HitButton(Point pixel);
   void SaveFocus();
+  bool SetButton(Object* hit, bool down);
+  void HideTabFocus();
+  Rect ButtonBounds(const Object* o) const;
 
   void InvalidateRect(Rect r);
   void CalcUpdate();
@@ -124,6 +140,8 @@ struct Stage {
 
  private:
   void DoRemove(Object** link);
+  void UpdateButton(Object* o, int state);
+  void Transition(Object* o, int transition);
   void FreeChildren(Object* o);
   void Free(Object* o);
   void UpdateDevViewRect();

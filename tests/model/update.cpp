@@ -1,6 +1,8 @@
 // Dirty rectangles, the camera and the painting of one rectangle.
 #include "stage.h"
 
+#include "stroker.h"
+
 namespace vexel::model {
 
 void Object::CalcDevBounds(const Matrix& m) {
@@ -130,6 +132,14 @@ void Stage::Update() {
   dirtyRects.clear();
 }
 
+static void AddRect(EdgeList& list, const Rect& r, RColor* color) {
+  const Point corner[] = {{r.xmin, r.ymin}, {r.xmin, r.ymax}, {r.xmax, r.ymax}, {r.xmax, r.ymin}};
+  for (int i = 0; i < 4; ++i) {
+    int depth = 0;
+    AddCurve({&list, false, &depth, 2, color, nullptr}, Line(corner[i], corner[(i + 1) % 4]));
+  }
+}
+
 void Stage::UpdateRect(Rect rect) {
   raster.Attach(bits, rect, antialias);
   raster.BeginPaint();
@@ -157,6 +167,20 @@ void Stage::UpdateRect(Rect rect) {
   }
   raster.AddEdges(edges, ColorList{back}, nullptr);
   root.Draw(raster, STransform{camera, {}}, nullptr);
+  EdgeList frame;
+  auto yellow = std::make_shared<RColor>();
+  if (!tabFocus.Empty()) {
+    yellow->SetUp(&raster);
+    yellow->rgb.red = yellow->rgb.green = yellow->rgb.alpha = 255;
+    yellow->BuildCache();
+    const i32 w = antialias ? 12 : 3;
+    const Rect& f = tabFocus;
+    AddRect(frame, {f.xmin, f.xmin + w, f.ymin, f.ymax}, yellow.get());
+    AddRect(frame, {f.xmax - w, f.xmax, f.ymin, f.ymax}, yellow.get());
+    AddRect(frame, {f.xmin, f.xmax, f.ymin, f.ymin + w}, yellow.get());
+    AddRect(frame, {f.xmin, f.xmax, f.ymax - w, f.ymax}, yellow.get());
+    raster.AddEdges(frame, ColorList{yellow}, nullptr);
+  }
   raster.PaintBits();
 }
 
