@@ -143,8 +143,10 @@ bool Stage::SetButton(Object* hit, bool down) {
     default:
       return false;
   }
+  hitButton = hit;
   Transition(on, transition);
-  if (!button && hit) SetButton(hit, down);
+  // It may have stood in the button that was left.
+  if (!button && hitButton) SetButton(hitButton, down);
   return true;
 }
 

@@ -137,6 +137,7 @@ void Stage::Free(Object* o) {
     tabbed.object = nullptr;
   }
   if (button == o) button = nullptr;
+  if (hitButton == o) hitButton = nullptr;
   if (savedTab.object == o) savedTab.object = nullptr;
   o->field.reset();
   if (!o->own) return;

@@ -101,9 +101,10 @@ struct Stage {
     Rect bounds;
   };
   Tabbed tabbed, savedTab;
-  Rect tabFocus;             // the frame around the keyboard's button, in device units
-  bool overField = false;    // the pointer is over a field
-  Object* button = nullptr;  // owns the pointer
+  Rect tabFocus;                // the frame around the keyboard's button, in device units
+  bool overField = false;       // the pointer is over a field
+  Object* hitButton = nullptr;  // while a transition runs
+  Object* button = nullptr;     // owns the pointer
   int buttonState = 0;
   // Who it is, for a button that comes in its place.
   struct Tracked {
