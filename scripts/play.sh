@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
 # Installs what is needed, builds, and plays a movie: play.sh [MOVIE]
-# Without a movie it takes a demo. Frames are rendered to pictures.
+# Without a movie it takes a demo. Where there is no display, its frames are
+# rendered to pictures.
 source "$(dirname "$0")/common.sh"
 
 install_packages
 configure_and_build release vexel demos
 movie=${1:-$root/build/share/vexel/railway.vxf}
+if [ -n "${DISPLAY:-}" ]; then
+  say "play: $movie, in a window"
+  exec "$root/build/bin/vexel" play "$movie"
+fi
 out=$(mktemp -d --suffix=-vexel)
 say "play: $movie"
 "$root/build/bin/vexel" info "$movie"

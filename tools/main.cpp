@@ -24,6 +24,7 @@ int Run(int argc, char** argv) {
   AddWatchVerb(&app);
   AddRunVerb(&app);
   AddStreamVerb(&app);
+  AddPlayVerb(&app);
   AddBenchVerb(&app);
   try {
     app.parse(argc, argv);

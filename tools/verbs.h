@@ -16,6 +16,7 @@ void AddMakeVerb(CLI::App* app);
 void AddWatchVerb(CLI::App* app);
 void AddRunVerb(CLI::App* app);
 void AddStreamVerb(CLI::App* app);
+void AddPlayVerb(CLI::App* app);
 void AddBenchVerb(CLI::App* app);
 
 }  // namespace vexel::tools

@@ -1,0 +1,21 @@
+// The program from the opened display to the closed window.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "client/core/error_log.h"
+
+namespace vexel::client {
+
+struct PlayOptions {
+  std::string movie;                             // a path or an address; empty: none yet
+  std::string plugin;                            // path of the library
+  std::function<void(const LogReport&)> report;  // null: no log
+};
+
+// Returns when the user is through. Throws std::runtime_error, with a text for
+// people, if there is no display or no plug-in.
+void RunApplication(const PlayOptions& options);
+
+}  // namespace vexel::client

@@ -1,0 +1,78 @@
+// The program behind `vexel play`: a window that plays movies.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <new>
+#include <stdexcept>
+
+#include "client/desktop/application.h"
+#include "tools/status.h"
+
+namespace vexel::client {
+
+namespace {
+
+using tools::Failure;
+using tools::kFailed;
+using tools::kMisused;
+
+void AddOptions(CLI::App* app, PlayOptions* options, bool* log) {
+  app->add_option("MOVIE", options->movie, "a movie's file, or its http address");
+  app->add_option("--plugin", options->plugin, "the plug-in (vexel.so of this installation)")
+      ->type_name("FILE");
+  app->add_flag("--log", *log, "the plug-in's reports on standard error");
+  app->footer(
+      "Keys: space plays and stops, comma and full stop go a frame back and on, F and F11\n"
+      "fill the screen, Escape leaves it. Behind a click on the movie all keys but F11 are the\n"
+      "movie's, until Escape.\n"
+      "Example: vexel play clock.vxf");
+}
+
+std::string DefaultPlugin() {
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
+  return (self.parent_path().parent_path() / "lib" / "vexel.so").string();
+}
+
+void Play(PlayOptions options, bool log) {
+  if (options.plugin.empty()) options.plugin = DefaultPlugin();
+  if (log) options.report = [](const LogReport& one) { tools::Warn("plug-in", ReportLine(one)); };
+  try {
+    RunApplication(options);
+  } catch (const std::runtime_error& error) {
+    throw Failure(kFailed, "play", error.what());
+  }
+}
+
+void Main(int argc, char** argv) {
+  CLI::App app("play a movie in a window", "vexel play");
+  PlayOptions options;
+  bool log = false;
+  AddOptions(&app, &options, &log);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) throw Failure(kMisused, "play", error.what());
+    app.exit(error);
+    return;
+  }
+  Play(std::move(options), log);
+}
+
+}  // namespace
+
+}  // namespace vexel::client
+
+int main(int argc, char** argv) {
+  using namespace vexel::tools;
+  try {
+    vexel::client::Main(argc, argv);
+  } catch (const Failure& failure) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s\n", failure.what());
+    return failure.status();
+  } catch (const std::bad_alloc&) {
+    Warn("memory", "not enough");
+    return kFailed;
+  }
+  return kDone;
+}

@@ -1,0 +1,86 @@
+// The program's one window: menus, the movie's place, the bar below it, and
+// what is said to the user above it.
+#pragma once
+
+#include <X11/Xlib.h>
+#include <gtk/gtk.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "client/core/event_loop.h"
+#include "client/core/http_service.h"
+#include "client/core/plugin_library.h"
+#include "client/desktop/message_bar.h"
+#include "client/desktop/presentation.h"
+#include "client/desktop/transport_bar.h"
+#include "client/desktop/x_site.h"
+
+namespace vexel::client {
+
+class PlayerWindow {
+ public:
+  // On the display that GTK has opened. `report` may be null.
+  PlayerWindow(EventLoop* loop, const PluginLibrary* library,
+               std::function<void(const LogReport&)> report);
+  ~PlayerWindow();
+  PlayerWindow(const PlayerWindow&) = delete;
+  PlayerWindow& operator=(const PlayerWindow&) = delete;
+
+  // A path or an address, in place of what plays.
+  void Open(const std::string& movie);
+
+ private:
+  void MakeWidgets();
+  GtkWidget* MakeMenus();
+  void AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
+               std::function<void()> run);
+  void MakeSite();
+
+  // Events of the X server, before GTK sees them.
+  static GdkFilterReturn Filter(GdkXEvent* event, GdkEvent*, gpointer self);
+  GdkFilterReturn TakeEvent(XEvent* event);
+  GdkFilterReturn TakeKey(XEvent* event);
+  bool IsOurs(Window window) const;
+  // A key that the movie made nothing of. Whether it is a shortcut.
+  bool RunShortcut(unsigned key);
+
+  void FollowMovieSize();
+  void FitSite();
+  void SetFullScreen(bool on);
+  void WakeBar();
+  void HideBar();
+  void Refresh();
+  void TellProblem(const std::string& text);
+  bool OpenPage(const std::string& url);
+
+  void AskForFile();
+  void AskForAddress();
+  void SavePicture();
+  void About();
+  void ShowMovieMenu();
+
+  EventLoop* loop_;
+  Ref<Preferences> preferences_;
+  std::unique_ptr<HttpService> http_;
+  GtkWidget* window_ = nullptr;
+  GtkWidget* menus_ = nullptr;
+  GtkAccelGroup* keys_ = nullptr;
+  GtkWidget* area_ = nullptr;  // the movie's, with the bars beside it
+  GtkWidget* barHolder_ = nullptr;
+  std::unique_ptr<MessageBar> messages_;
+  std::unique_ptr<TransportBar> bar_;
+  Ref<XSite> site_;
+  Stage stage_{};
+  std::unique_ptr<Presentation> presentation_;
+  double speed_ = 1;
+  bool loops_ = true;
+  bool fullScreen_ = false;
+  // Set by a press on the movie: it gets all keys, and the window's own ones
+  // are left to it until Escape or a press elsewhere.
+  bool movieHasKeys_ = false;
+  Watch refresh_, hideBar_, later_;
+};
+
+}  // namespace vexel::client

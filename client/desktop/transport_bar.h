@@ -1,0 +1,58 @@
+// The bar below the movie: play, place, time, speed, loop, full screen.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace vexel::client {
+
+class TransportBar {
+ public:
+  // What the user does with it.
+  struct Actions {
+    std::function<void()> playOrPause;
+    std::function<void(uint32_t ms)> seek;
+    std::function<void(int frames)> step;
+    std::function<void(double speed)> setSpeed;
+    std::function<void(bool loop)> setLoop;
+    std::function<void()> fullScreen;
+  };
+  explicit TransportBar(Actions actions);
+  TransportBar(const TransportBar&) = delete;
+  TransportBar& operator=(const TransportBar&) = delete;
+
+  // Owned by whatever it is put into.
+  GtkWidget* widget() const { return bar_; }
+
+  struct State {
+    bool playable = false;  // false greys all of it
+    bool running = false;
+    uint32_t position = 0, length = 0;  // milliseconds
+    int loadedPercent = 100;
+    bool loading = false;    // shows how much is in
+    bool buffering = false;  // and that it is waited for
+  };
+  void Show(const State& state);
+
+ private:
+  GtkWidget* Button(const char* icon, const char* name, const char* tip,
+                    std::function<void()> click);
+
+  Actions actions_;
+  GtkWidget* bar_;
+  GtkWidget* play_;
+  GtkWidget* seek_;
+  GtkWidget* time_;
+  GtkWidget* speed_;
+  GtkWidget* loop_;
+  bool showing_ = false;  // a value that Show sets is not the user's
+  bool running_ = false;
+};
+
+// "1:05", with hours "1:02:05".
+std::string TimeText(uint32_t ms);
+
+}  // namespace vexel::client

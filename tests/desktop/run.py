@@ -1,0 +1,169 @@
+#!/usr/bin/env python3
+"""The player's window under a virtual display: run.py VEXEL MOVIES [CASE...]
+
+Pictures are held against those that the client without a window makes of the
+same movie under the same hands. A failure leaves the screen beside the test.
+"""
+import pathlib
+import subprocess
+import sys
+import tempfile
+import traceback
+
+from PIL import Image
+
+from player import Display, Player, far, wait_for
+
+VEXEL = sys.argv[1]
+MOVIES = pathlib.Path(sys.argv[2])
+BOOK, BOOK_SIZE = MOVIES / "guestbook.vxf", (700, 460)
+TRAIN = MOVIES / "railway.vxf"
+SAME = 0.6  # a caret may blink
+
+
+def streamed(movie, *lines):
+    """The picture of the client without a window after a script's lines."""
+    with tempfile.TemporaryDirectory() as folder:
+        out = f"{folder}/out.png"
+        script = "\n".join(["clock 0", "clock 500", *lines, f"shot {out}", ""])
+        subprocess.run([VEXEL, "stream", "--packet", "65535", movie, "-"], input=script, text=True,
+                       check=True, capture_output=True)
+        return Image.open(out).convert("RGB")
+
+
+def until_same(player, expected, what):
+    wait_for(what, lambda: player.site() and far(player.shot(), expected) < SAME)
+
+
+def case_a_movie_named_on_the_command_line_is_shown_at_its_own_size(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    assert player.site()[2:] == BOOK_SIZE
+    assert player.title().startswith("guestbook.vxf"), player.title()
+    return player
+
+
+def case_a_button_of_the_movie_takes_a_click(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    player.click(300, 422, BOOK_SIZE)
+    turned = streamed(BOOK, "move 300 422", "down 300 422", "up 300 422", "clock 1000")
+    assert far(turned, streamed(BOOK)) > SAME
+    until_same(player, turned, "the page turned")
+    return player
+
+
+def case_letters_go_into_a_field_even_if_they_are_shortcuts_too(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    player.click(450, 115, BOOK_SIZE)
+    player.type("Ada f, F.")
+    typed = streamed(BOOK, "move 450 115", "down 450 115", "up 450 115", "type Ada f, F.",
+                     "clock 1000")
+    name = (374, 102, 642, 128)
+    assert far(typed.crop(name), streamed(BOOK).crop(name)) > 2
+    wait_for("the name in its field",
+             lambda: far(player.shot().crop(name), typed.crop(name)) < 0.5)
+    assert player.site()[2:] == BOOK_SIZE
+    return player
+
+
+def case_f_fills_the_screen_with_the_aspect_kept_and_escape_leaves_it(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    player.key("f")
+    wait_for("the full screen", lambda: player.site()[2] == 1024)
+    left, top, width, height = player.site()
+    assert (left, height) == (0, 460 * 1024 // 700), player.site()
+    screen = display.picture()
+    assert screen.getpixel((512, 10)) == (0, 0, 0) and top > 20
+    until_same(player, streamed(BOOK, f"resize {width}x{height}"), "the large picture")
+    player.key("Escape")
+    wait_for("the window again", lambda: player.site()[2:] == BOOK_SIZE)
+    player.key("F11")
+    wait_for("the full screen again", lambda: player.site()[2] == 1024)
+    return player
+
+
+def case_the_movie_follows_the_windows_size(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    display.tool("windowsize", player.window, 400, 500)
+    wait_for("the small size", lambda: player.site()[2] == 400)
+    assert player.site()[3] == 460 * 400 // 700, player.site()
+    until_same(player, streamed(BOOK, "resize 400x262"), "the small picture")
+    return player
+
+
+def case_space_stops_the_movie_and_full_stop_and_comma_step_it(display):
+    player = Player(display, VEXEL, TRAIN)
+    wait_for("the movie", player.site)
+    first = player.shot()
+    wait_for("a movement", lambda: far(player.shot(), first) > 0.1)
+    player.key("space")
+    wait_for("a stand", lambda: far(player.shot(), player.shot()) == 0)
+    stood = player.shot()
+    player.key("period")
+    wait_for("the next frame", lambda: far(player.shot(), stood) > 0)
+    ahead = player.shot()
+    player.key("comma")
+    wait_for("the frame before", lambda: far(player.shot(), ahead) > 0)
+    player.key("space")
+    wait_for("a movement again", lambda: far(player.shot(), ahead) > 0.1)
+    return player
+
+
+def case_a_file_that_is_no_movie_is_told_in_the_window_and_another_opens(display):
+    broken = pathlib.Path(display.home.name) / "broken.vxf"
+    broken.write_bytes(b"This is a letter to my aunt.")
+    player = Player(display, VEXEL, broken)
+    # The message is a coloured bar below the menus.
+    wait_for("the message", lambda: player.pixel(40, 40) != (0, 0, 0))
+    assert player.site() is None and player.process.poll() is None
+    player.open(BOOK)
+    until_same(player, streamed(BOOK), "the next movie's picture")
+    return player
+
+
+def case_half_a_movie_plays_as_far_as_it_goes(display):
+    half = pathlib.Path(display.home.name) / "half.vxf"
+    whole = TRAIN.read_bytes()
+    half.write_bytes(whole[:len(whole) * 2 // 3])
+    player = Player(display, VEXEL, half)
+    wait_for("the movie", player.site)
+    return player
+
+
+def case_without_a_display_there_is_a_message_and_status_1(display):
+    for name, words in [(None, "there is no display"), (":9999", "cannot be opened")]:
+        env = {key: value for key, value in display.env.items() if key != "DISPLAY"}
+        done = subprocess.run([VEXEL, "play", BOOK], env=env | ({"DISPLAY": name} if name else {}),
+                              capture_output=True, text=True)
+        assert done.returncode == 1 and words in done.stderr, done.stderr
+
+
+def main():
+    cases = [(name[5:], run) for name, run in globals().items() if name.startswith("case_")]
+    failed = []
+    for name, run in cases:
+        if sys.argv[3:] and name not in sys.argv[3:]:
+            continue
+        display = Display()
+        player = None
+        try:
+            player = run(display)
+            assert not player or player.process.poll() is None, "the player has ended"
+            print("ok     ", name, flush=True)
+        except Exception:  # whatever it is, the next case runs
+            failed.append(name)
+            print("FAILED ", name, flush=True)
+            traceback.print_exc()
+            display.picture().save(f"failed-{name}.png")
+        finally:
+            display.close()
+            if player:
+                print(player.close(), end="")
+    sys.exit(1 if failed else 0)
+
+
+main()
