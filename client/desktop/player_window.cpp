@@ -575,8 +575,16 @@ void PlayerWindow::ShowMovieMenu() {
   GdkWindow* top = gtk_widget_get_window(window_);
   GdkRectangle place{0, 0, 1, 1};
   PointerAt(top, &place.x, &place.y);
+  // The button's event was the movie's, so the menu gets one made up.
+  GdkEvent* trigger = gdk_event_new(GDK_BUTTON_RELEASE);
+  trigger->button.window = GDK_WINDOW(g_object_ref(top));
+  trigger->button.time = gdk_x11_get_server_time(top);
+  trigger->button.button = 3;
+  gdk_event_set_device(
+      trigger, gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_window_get_display(top))));
   gtk_menu_popup_at_rect(GTK_MENU(menu), top, &place, GDK_GRAVITY_NORTH_WEST,
-                         GDK_GRAVITY_NORTH_WEST, nullptr);
+                         GDK_GRAVITY_NORTH_WEST, trigger);
+  gdk_event_free(trigger);
 }
 
 }  // namespace vexel::client

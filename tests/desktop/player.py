@@ -115,10 +115,13 @@ class Player:
     def type(self, text):
         self.display.tool("type", "--delay", "30", text)
 
-    def pixel(self, x, y):
-        """A pixel of the player's window."""
+    def message(self):
+        """Whether there is a message: a bar in the theme's warning colour, below
+        the menus."""
         left, top = self.display.place(self.window)[:2]
-        return self.display.picture().getpixel((left + x, top + y))
+        screen = self.display.picture()
+        red, _, blue = screen.getpixel((left + 6, top + 40))
+        return red > blue + 8
 
     def open(self, path):
         """By the dialog, in which a slash begins a path."""

@@ -8,11 +8,13 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import time
 import traceback
 
 from PIL import Image
 
 from player import Display, Player, far, wait_for
+from slow_server import SlowServer
 
 VEXEL = sys.argv[1]
 MOVIES = pathlib.Path(sys.argv[2])
@@ -117,8 +119,7 @@ def case_a_file_that_is_no_movie_is_told_in_the_window_and_another_opens(display
     broken = pathlib.Path(display.home.name) / "broken.vxf"
     broken.write_bytes(b"This is a letter to my aunt.")
     player = Player(display, VEXEL, broken)
-    # The message is a coloured bar below the menus.
-    wait_for("the message", lambda: player.pixel(40, 40) != (0, 0, 0))
+    wait_for("the message", player.message)
     assert player.site() is None and player.process.poll() is None
     player.open(BOOK)
     until_same(player, streamed(BOOK), "the next movie's picture")
@@ -131,6 +132,96 @@ def case_half_a_movie_plays_as_far_as_it_goes(display):
     half.write_bytes(whole[:len(whole) * 2 // 3])
     player = Player(display, VEXEL, half)
     wait_for("the movie", player.site)
+    wait_for("the message", player.message)
+    return player
+
+
+def stands(player):
+    """Whether the movie's picture stays as it is for a second."""
+    before = player.shot()
+    time.sleep(1)
+    return far(player.shot(), before) == 0
+
+
+def case_a_movie_plays_while_the_rest_of_it_is_still_on_its_way(display):
+    server = SlowServer(TRAIN.read_bytes())
+    player = Player(display, VEXEL, server.url("half"))
+    wait_for("the movie", player.site)
+    first = player.shot()
+    wait_for("a movement", lambda: far(player.shot(), first) > 0.1)
+    wait_for("a stand at what has come", lambda: stands(player), 40)
+    waiting = player.shot()
+    server.go_on.set()
+    wait_for("a movement again", lambda: far(player.shot(), waiting) > 0.1)
+    server.close()
+    return player
+
+
+def case_a_server_that_breaks_off_leaves_the_player_usable(display):
+    server = SlowServer(TRAIN.read_bytes())
+    player = Player(display, VEXEL, server.url("cut"))
+    wait_for("the movie", player.site)
+    wait_for("the message", player.message)
+    first = player.shot()
+    wait_for("a movement", lambda: far(player.shot(), first) > 0.1)
+    player.open(BOOK)
+    until_same(player, streamed(BOOK), "the next movie's picture")
+    server.close()
+    return player
+
+
+def case_a_movie_that_the_server_does_not_have_is_told(display):
+    server = SlowServer(b"")
+    player = Player(display, VEXEL, server.url("missing"))
+    wait_for("the message", player.message)
+    assert player.site() is None
+    player.key("ctrl+l")
+    wait_for("the dialog", lambda: display.tool("search", "--onlyvisible", "--name",
+                                                "^Open an address$"))
+    player.type(str(BOOK))
+    player.key("Return")
+    until_same(player, streamed(BOOK), "the next movie's picture")
+    server.close()
+    return player
+
+
+def case_a_press_on_the_seek_bar_goes_there(display):
+    player = Player(display, VEXEL, TRAIN)
+    wait_for("the movie", player.site)
+    player.key("space")
+    wait_for("a stand", lambda: stands(player))
+    stood = player.shot()
+    left, top, width, height = display.place(player.window)
+    display.tool("mousemove", left + width // 2, top + height - 21)
+    display.tool("click", 1)
+    wait_for("another place", lambda: far(player.shot(), stood) > 1)
+    return player
+
+
+def case_the_right_button_opens_the_movies_menu(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    player.click(200, 300, BOOK_SIZE, button=3)
+    plain = streamed(BOOK)
+    wait_for("the menu", lambda: far(player.shot(), plain) > 1)
+    player.key("Escape")
+    until_same(player, plain, "the menu gone")
+    return player
+
+
+def case_a_picture_is_saved(display):
+    player = Player(display, VEXEL, BOOK)
+    until_same(player, streamed(BOOK), "the movie's picture")
+    path = pathlib.Path(display.home.name) / "page.png"
+    player.key("ctrl+s")
+    wait_for("the dialog", lambda: display.tool("search", "--onlyvisible", "--name",
+                                                "^Save the picture$"))
+    player.key("ctrl+a")
+    player.type(str(path))
+    player.key("Return")
+    wait_for("the file", lambda: path.exists() and path.stat().st_size > 0)
+    time.sleep(0.5)
+    assert far(Image.open(path).convert("RGB"), streamed(BOOK)) < SAME
     return player
 
 
