@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "client/desktop/preferences_dialog.h"
+
 namespace vexel::client {
 
 namespace {
@@ -229,6 +231,8 @@ GtkWidget* PlayerWindow::MakeMenus() {
     g_free(uri);
   });
   AddItem(file, "_Save picture…", GDK_KEY_s, kControl, [this] { SavePicture(); });
+  AddItem(file, "_Preferences…", GDK_KEY_comma, kControl,
+          [this] { ShowPreferences(GTK_WINDOW(window_), preferences_.get()); });
   AddItem(file, "_Quit", GDK_KEY_q, kControl, [] { gtk_main_quit(); });
 
   GtkWidget* view = add_menu("_View");

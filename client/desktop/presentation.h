@@ -13,9 +13,9 @@
 #include "client/core/plugin_library.h"
 #include "client/core/services.h"
 #include "client/core/session.h"
-#include "client/desktop/growing_movie.h"
 #include "client/desktop/play_clock.h"
 #include "client/desktop/x_site.h"
+#include "client/stream/growing_movie.h"
 
 namespace vexel::client {
 

@@ -225,6 +225,18 @@ def case_a_picture_is_saved(display):
     return player
 
 
+def case_preferences_are_kept_in_the_users_folder(display):
+    player = Player(display, VEXEL)
+    player.key("ctrl+comma")
+    wait_for("the dialog", lambda: display.tool("search", "--onlyvisible", "--name",
+                                                "^Preferences$"))
+    player.key("alt+q", "Down", "Down")
+    path = pathlib.Path(display.home.name) / "config/vexel/preferences.ini"
+    wait_for("the file", lambda: path.exists() and "Quality=2" in path.read_text())
+    player.key("Escape")
+    return player
+
+
 def case_without_a_display_there_is_a_message_and_status_1(display):
     for name, words in [(None, "there is no display"), (":9999", "cannot be opened")]:
         env = {key: value for key, value in display.env.items() if key != "DISPLAY"}

@@ -1,4 +1,4 @@
-#include "client/desktop/growing_movie.h"
+#include "client/stream/growing_movie.h"
 
 #include <algorithm>
 #include <stdexcept>
