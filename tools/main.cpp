@@ -17,6 +17,7 @@ int Run(int argc, char** argv) {
   AddInfoVerb(&app);
   AddCheckVerb(&app);
   AddRenderVerb(&app);
+  AddThumbnailVerb(&app);
   AddImportVerb(&app);
   AddFontVerb(&app);
   AddDumpVerb(&app);

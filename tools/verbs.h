@@ -9,6 +9,7 @@ namespace vexel::tools {
 void AddInfoVerb(CLI::App* app);
 void AddCheckVerb(CLI::App* app);
 void AddRenderVerb(CLI::App* app);
+void AddThumbnailVerb(CLI::App* app);
 void AddImportVerb(CLI::App* app);
 void AddFontVerb(CLI::App* app);
 void AddDumpVerb(CLI::App* app);

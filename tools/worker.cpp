@@ -8,23 +8,20 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 #include <utility>
 
+#include "installation.h"
 #include "status.h"
 
 namespace vexel::tools {
 
 namespace {
 
-// A program beside this one, and its words as exec takes them.
+// A program of ours, and its words as exec takes them.
 class Command {
  public:
   Command(const std::string& name, const std::vector<std::string>& arguments)
-      : words_{name}, argv_() {
-    std::error_code error;
-    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-    path_ = (self.parent_path() / name).string();
+      : path_(ProgramPath(name)), words_{name}, argv_() {
     words_.insert(words_.end(), arguments.begin(), arguments.end());
     for (std::string& word : words_) argv_.push_back(word.data());
     argv_.push_back(nullptr);

@@ -1,4 +1,4 @@
-// Programs beside this one, which do the work of some verbs.
+// Programs of this installation, which do the work of some verbs.
 #pragma once
 
 #include <sys/types.h>
@@ -10,8 +10,7 @@
 
 namespace vexel::tools {
 
-// Goes on as the program of that name from this program's folder. Returns
-// never; throws Failure if it cannot be run.
+// Goes on as the program of that name. Returns never; throws Failure if it cannot be run.
 [[noreturn]] void RunWorker(const std::string& name, const std::vector<std::string>& arguments);
 
 // Runs such a program to its end; `vexel` itself is one. Its output and its

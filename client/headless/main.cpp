@@ -2,7 +2,6 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <new>
@@ -10,6 +9,7 @@
 
 #include "client/headless/stream_script.h"
 #include "tools/escapes.h"
+#include "tools/installation.h"
 #include "tools/parsed_option.h"
 #include "tools/status.h"
 
@@ -113,11 +113,6 @@ void AddOptions(CLI::App* app, Options* options) {
       "Example: printf 'clock 500\\nshot half.png\\nstats\\n' | vexel stream --loss 5 clock.vxf -");
 }
 
-std::string DefaultPlugin() {
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
-  return (self.parent_path().parent_path() / "lib" / "vexel.so").string();
-}
-
 void Play(Options options) {
   std::ifstream file;
   const bool fromInput = options.script == "-";
@@ -137,7 +132,7 @@ void Play(Options options) {
   setup.network.delayMs = static_cast<uint32_t>(options.delay);
   setup.network.seed = static_cast<uint64_t>(options.seed);
   if (options.duration > 0) setup.durationMs = static_cast<uint32_t>(options.duration);
-  if (setup.plugin.empty()) setup.plugin = DefaultPlugin();
+  if (setup.plugin.empty()) setup.plugin = tools::PluginPath();
   setup.print = [](const std::string& line) { std::printf("%s\n", tools::Escaped(line).c_str()); };
   if (options.log)
     setup.report = [](const LogReport& report) { tools::Warn("plug-in", ReportLine(report)); };
