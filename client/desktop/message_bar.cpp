@@ -6,6 +6,13 @@ namespace vexel::client {
 
 namespace {
 
+constexpr int kMostLines = 3;
+
+void SetText(GtkWidget* label, const std::string& text) {
+  gtk_label_set_text(GTK_LABEL(label), text.c_str());
+  gtk_widget_set_tooltip_text(label, text.c_str());
+}
+
 void Appear(GtkWidget* bar, bool appear) {
   gtk_widget_set_visible(bar, appear);
   gtk_info_bar_set_revealed(GTK_INFO_BAR(bar), appear);
@@ -20,6 +27,9 @@ GtkWidget* MessageBar::MakeBar(GtkMessageType type, GtkWidget** label) {
   *label = gtk_label_new("");
   gtk_label_set_line_wrap(GTK_LABEL(*label), TRUE);
   gtk_label_set_line_wrap_mode(GTK_LABEL(*label), PANGO_WRAP_WORD_CHAR);
+  // A long text must not make a narrow window tall.
+  gtk_label_set_lines(GTK_LABEL(*label), kMostLines);
+  gtk_label_set_ellipsize(GTK_LABEL(*label), PANGO_ELLIPSIZE_END);
   gtk_label_set_xalign(GTK_LABEL(*label), 0);
   GtkWidget* content = gtk_info_bar_get_content_area(GTK_INFO_BAR(bar));
   gtk_box_pack_start(GTK_BOX(content), *label, TRUE, TRUE, 0);
@@ -48,12 +58,12 @@ MessageBar::MessageBar() {
 }
 
 void MessageBar::TellProblem(const std::string& text) {
-  gtk_label_set_text(GTK_LABEL(problemText_), text.c_str());
+  SetText(problemText_, text);
   Appear(problem_, true);
 }
 
 void MessageBar::Ask(const std::string& text, const std::string& yes, std::function<void()> run) {
-  gtk_label_set_text(GTK_LABEL(questionText_), text.c_str());
+  SetText(questionText_, text);
   gtk_button_set_label(GTK_BUTTON(yes_), yes.c_str());
   run_ = std::move(run);
   Appear(question_, true);

@@ -18,7 +18,8 @@ class MessageBar {
   GtkWidget* widget() const { return box_; }
 
   void TellProblem(const std::string& text);
-  // `yes` names the button that runs `run`. A question replaces an older one.
+  // `yes` names the button that runs `run`, with an underscore before its key. A question replaces
+  // an older one.
   void Ask(const std::string& text, const std::string& yes, std::function<void()> run);
   // Takes all of it away.
   void Clear();

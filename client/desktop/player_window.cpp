@@ -457,7 +457,7 @@ bool PlayerWindow::OpenPage(const std::string& url) {
   g_uri_unref(parts);
   const std::string key = "Pages." + site;
   if (preferences_->Get(key) == "open") return RunForURL(kBrowser, url);
-  messages_->Ask("The movie wants to open a page of " + site + ": " + url, "Open, and such pages",
+  messages_->Ask("Open a page of " + site + "? " + url, "_Open, and don't ask again",
                  [this, key, url] {
                    preferences_->Set(key, "open");
                    if (!RunForURL(kBrowser, url)) TellProblem("No browser could be started.");

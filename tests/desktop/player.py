@@ -116,12 +116,16 @@ class Player:
         self.display.tool("type", "--delay", "30", text)
 
     def message(self):
-        """Whether there is a message: a bar in the theme's warning colour, below
-        the menus."""
+        """Whether there is a message or a question: a bar in the theme's colour for
+        those, below the menus."""
         left, top = self.display.place(self.window)[:2]
         screen = self.display.picture()
         red, _, blue = screen.getpixel((left + 6, top + 40))
         return red > blue + 8
+
+    def answer(self):
+        """Says yes to the question; the movie gives the keyboard back before."""
+        self.key("Escape", "alt+o")
 
     def open(self, path):
         """By the dialog, in which a slash begins a path."""

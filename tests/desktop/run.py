@@ -237,6 +237,58 @@ def case_preferences_are_kept_in_the_users_folder(display):
     return player
 
 
+LINK = """movie size 400, 200 rate 12 background white
+shape plate { fill navy  rect 0, 0, 400, 200 }
+button link { show plate in up over down hit  on release script { getURL("http://pages.example/one", "_blank") } }
+place link
+"""
+
+
+def case_a_page_is_opened_after_one_question_for_its_site(display):
+    home = pathlib.Path(display.home.name)
+    (home / "link.vxt").write_text(LINK)
+    subprocess.run([VEXEL, "make", home / "link.vxt", "-o", home / "link.vxf"], check=True)
+    # A browser that writes down what it is to open.
+    (home / "bin").mkdir()
+    browser = home / "bin" / "xdg-open"
+    browser.write_text(f'#!/bin/sh\necho "$1" >> {home}/opened\n')
+    browser.chmod(0o755)
+    display.env["PATH"] = f"{home}/bin:{display.env['PATH']}"
+
+    player = Player(display, VEXEL, home / "link.vxf")
+    wait_for("the movie", player.site)
+    opened = home / "opened"
+    player.click(200, 100, (400, 200))
+    wait_for("the question", player.message)
+    assert not opened.exists()
+    height = display.place(player.window)[3]
+    assert height < 400, f"the question makes the window {height} tall"
+    player.answer()
+    wait_for("the page", opened.exists)
+    wait_for("the question gone", lambda: not player.message())
+    player.click(200, 100, (400, 200))
+    wait_for("the page again", lambda: len(opened.read_text().split()) == 2)
+    assert opened.read_text().split() == ["http://pages.example/one"] * 2
+    return player
+
+
+def case_the_bar_hides_itself_in_full_screen(display):
+    player = Player(display, VEXEL, TRAIN)
+    wait_for("the movie", player.site)
+    display.tool("mousemove", 500, 300)
+    player.key("f")
+    wait_for("the full screen", lambda: player.site()[2] == 1024)
+
+    def bar():
+        return display.picture().getpixel((1020, 796)) != (0, 0, 0)
+
+    wait_for("the bar", bar)
+    wait_for("the bar gone", lambda: not bar())
+    display.tool("mousemove", 510, 310)
+    wait_for("the bar again", bar)
+    return player
+
+
 def case_without_a_display_there_is_a_message_and_status_1(display):
     for name, words in [(None, "there is no display"), (":9999", "cannot be opened")]:
         env = {key: value for key, value in display.env.items() if key != "DISPLAY"}
