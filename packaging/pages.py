@@ -232,7 +232,9 @@ def zsh_text(text):
 
 
 def zsh_files(extensions):
-    return f'_files -g "*.({extensions})"' if extensions else "_files"
+    # A lone word in brackets would be taken for qualifiers.
+    pattern = f"({extensions})" if "|" in extensions else extensions
+    return f'_files -g "*.{pattern}"' if extensions else "_files"
 
 
 def zsh_option(option):
@@ -251,22 +253,27 @@ def zsh_option(option):
 
 def zsh(verbs):
     lines = ["#compdef vexel", "# Completion of vexel for zsh; made of the output of --help.",
-             "_vexel() {", "  local -a verbs", "  local state line curcontext=$curcontext", "  verbs=("]
+             "_vexel() {", "  local -a verbs", "  verbs=("]
     lines += ["    " + quoted(f"{v.name}:{v.summary}") for v in verbs]
     lines += ["  )",
-              "  _arguments -C '(- *)'{-h,--help}'[print help]' '1: :->verb' '*:: :->rest'",
-              "  case $state in",
-              "    verb) _describe verb verbs ;;",
-              "    rest)", "      case $line[1] in"]
+              "  if (( CURRENT == 2 )); then",
+              "    if [[ $words[2] == -* ]]; then _arguments '(- *)'{-h,--help}'[print help]'",
+              "    else _describe verb verbs; fi",
+              "    return",
+              "  fi",
+              "  local verb=$words[2]",
+              "  shift words",
+              "  (( CURRENT-- ))",
+              "  case $verb in"]
     for verb in verbs:
         specs = [spec for option in verb.options for spec in zsh_option(option)]
         for i, (name, required, _) in enumerate(verb.arguments):
             extensions = EXTENSIONS.get(name, "")
             specs.append(quoted(f"{i + 1}{'' if required else ':'}:{name}:{zsh_files(extensions)}"))
-        lines.append(f"        {verb.name}) _arguments \\")
-        lines += [f"          {spec} \\" for spec in specs[:-1]]
-        lines.append(f"          {specs[-1]} ;;")
-    lines += ["      esac ;;", "  esac", "}", "_vexel \"$@\""]
+        lines.append(f"    {verb.name}) _arguments \\")
+        lines += [f"      {spec} \\" for spec in specs[:-1]]
+        lines.append(f"      {specs[-1]} ;;")
+    lines += ["  esac", "}", "_vexel \"$@\""]
     return "\n".join(lines) + "\n"
 
 

@@ -47,9 +47,11 @@ if [ -z "$unpack" ] && say "debootstrap" && fresh_root; then
     'DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends /tmp/*.deb' \
     >>"$scratch/log" 2>&1 || { tail -n 20 "$scratch/log"; exit 1; }
   say "play there"
-  chroot "$scratch/root" sh -c "vexel render /$movie --frame 20 -o /tmp/played.png &&
-    vexel render /$movie --to 500 -o /tmp/played.gif &&
-    printf 'clock 500\nshot /tmp/streamed.png\n' | vexel stream /$movie -"
+  # With a /proc, which goes with it.
+  unshare --mount --pid --fork --mount-proc="$scratch/root/proc" \
+    chroot "$scratch/root" sh -c "vexel render /$movie --frame 20 -o /tmp/played.png &&
+      vexel render /$movie --to 500 -o /tmp/played.gif &&
+      printf 'clock 500\nshot /tmp/streamed.png\n' | vexel stream /$movie -"
   cp "$scratch/root/tmp/played.png" "$played"
 else
   say "unpack into $scratch/root"

@@ -7,14 +7,20 @@ namespace vexel::tools {
 
 namespace {
 
+// Where this program is; the root where the system does not say, for a program
+// of that name in the working folder may be anybody's.
+std::filesystem::path SelfFolder() {
+  std::error_code error;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+  return error ? "/" : self.parent_path();
+}
+
 // The first of the places that holds something, else the first of all. Places
 // are told from this program's folder.
 std::string FirstOf(std::initializer_list<std::string> places) {
+  const std::filesystem::path folder = SelfFolder();
   std::error_code error;
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-  const auto path = [&](const std::string& place) {
-    return (self.parent_path() / place).lexically_normal();
-  };
+  const auto path = [&](const std::string& place) { return (folder / place).lexically_normal(); };
   for (const std::string& place : places) {
     if (std::filesystem::exists(path(place), error)) return path(place).string();
   }

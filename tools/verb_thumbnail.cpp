@@ -45,6 +45,7 @@ ViewOptions ViewOf(const MovieFile& movie, int64_t side) {
 void WriteThumbnail(const ThumbnailOptions& options) {
   const MovieFile movie = LoadMovie(options.movie);
   HeadlessPlayer player(movie, ViewOf(movie, options.side));
+  WarnIfEndsEarly(movie);
   player.Step(std::clamp(movie.frames / kPart, 0, kMaxSteps));
   player.display.InvalidateRect(&player.display.devViewRect);
   player.Redraw();

@@ -12,6 +12,7 @@ and shells must take what they are given.
 import argparse
 import os
 import pathlib
+import re
 import shlex
 import shutil
 import subprocess
@@ -94,6 +95,10 @@ def desktop(words, scratch):
     sources = pathlib.Path(__file__).parent.parent.parent / "packaging"
     run("desktop-file-validate", sources / "org.vexel.Player.desktop")
     run("appstreamcli", "validate", "--no-net", sources / "org.vexel.Player.metainfo.xml")
+    version = re.search("^Version: (.*)$", (share / "pkgconfig/zem.pc").read_text(), re.M)[1]
+    told = (sources / "org.vexel.Player.metainfo.xml").read_text()
+    expect(f'<release version="{version}"' in told, f"nothing is told of {version}")
+    expect((sources / "changelog").read_text().startswith(f"vexel ({version})"), "the changelog")
     # They come with the player.
     player = (words.prefix / "libexec/vexel/vexel-player").exists()
     for place in ("applications/org.vexel.Player.desktop",
