@@ -1,11 +1,11 @@
 // The program behind `vexel play`: a window that plays movies.
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 #include <new>
 #include <stdexcept>
 
 #include "client/desktop/application.h"
+#include "tools/installation.h"
 #include "tools/status.h"
 
 namespace vexel::client {
@@ -28,13 +28,8 @@ void AddOptions(CLI::App* app, PlayOptions* options, bool* log) {
       "Example: vexel play clock.vxf");
 }
 
-std::string DefaultPlugin() {
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
-  return (self.parent_path().parent_path() / "lib" / "vexel.so").string();
-}
-
 void Play(PlayOptions options, bool log) {
-  if (options.plugin.empty()) options.plugin = DefaultPlugin();
+  if (options.plugin.empty()) options.plugin = tools::PluginPath();
   if (log) options.report = [](const LogReport& one) { tools::Warn("plug-in", ReportLine(one)); };
   try {
     RunApplication(options);

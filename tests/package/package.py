@@ -4,17 +4,19 @@
     package.py PART --prefix FOLDER --vexel build/bin/vexel
                --hello build/bin/hello-client --plugin build/lib/vexel.so
 
-PART is movies, desktop, pages, completions or development. What is installed
+PART is movies, desktop, player, pages, completions or development. What is installed
 must do what the build does, from any place, and desktops, readers of manuals
 and shells must take what they are given.
 """
 
 import argparse
+import contextlib
 import os
 import pathlib
 import re
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -106,9 +108,29 @@ def desktop(words, scratch):
         expect((share / place).exists() == player, place)
 
 
+def player(words, scratch):
+    """The window opens, which it does with the plug-in only, and stays."""
+    with open(scratch / "told", "wb") as told:
+        window = subprocess.Popen(["xvfb-run", "-a", "vexel", "play",
+                                   words.prefix / "share/vexel/logo.vxf"],
+                                  env=environment(words.prefix), stdout=told, stderr=told,
+                                  start_new_session=True)
+        try:
+            window.wait(5)
+            ended = True
+        except subprocess.TimeoutExpired:
+            ended = False
+        finally:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(window.pid, signal.SIGTERM)
+            window.wait()
+    expect(not ended, (scratch / "told").read_text())
+
+
 def verbs_of(words):
     text = run(words.vexel, "--help")
-    return [line.split()[0] for line in text.split("Subcommands:\n")[1].split("\n\n")[0].split("\n")]
+    listed = text.split("Subcommands:\n")[1].split("\n\n")[0]
+    return [line.split()[0] for line in listed.split("\n")]
 
 
 def pages(words, scratch):
@@ -213,7 +235,8 @@ def development(words, scratch):
 
 
 def main():
-    parts = {part.__name__: part for part in (movies, desktop, pages, completions, development)}
+    parts = {part.__name__: part
+             for part in (movies, desktop, player, pages, completions, development)}
     parser = argparse.ArgumentParser()
     parser.add_argument("part", choices=parts)
     for name in ("prefix", "vexel", "hello", "plugin"):
