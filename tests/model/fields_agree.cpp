@@ -127,7 +127,7 @@ bool Case::SameTree(const vexel::SObject* is, const Object* want, const std::str
     const vexel::model::Field& b = *want->field;
     char* text = is->editText->GetBuffer();
     const std::string got = text ? text : "";
-    vexel::FreeStr(text);
+    delete[] text;
     if (got != b.GetBuffer())
       return Fail(path + ": text is " + Shown(got) + ", model " + Shown(b.GetBuffer()) + " of " +
                   b.variable);
