@@ -336,7 +336,13 @@ void CVexelEngine::StartCallback(UINT32 time) {
   ReplaceRef(m_pCallback, callback);
   if (m_pCallback->Init(m_pContext, this, 1, time) < 0) return;
   m_bCallbackStarted = true;
-  m_pCallback->ScheduleRelativeCallback(static_cast<UINT32>(frameDelay));
+  ScheduleCallback();
+}
+
+// A movie without a header has no rate, and would keep the client's loop busy.
+void CVexelEngine::ScheduleCallback() {
+  m_pCallback->ScheduleRelativeCallback(frameDelay > 0 ? static_cast<UINT32>(frameDelay)
+                                                       : kGranularity);
 }
 
 void CVexelEngine::StopCallback() {
@@ -352,7 +358,7 @@ INT32 CVexelEngine::HandleCallback(UINT32, UINT32) {
   const UINT32 elapsed = GetTickCount() - m_ulLastTimeSyncTicks;
   // Required: past the thread manager's throttle.
   OnTimeSync(m_ulLastTimeSync + elapsed);
-  if (m_pCallback) m_pCallback->ScheduleRelativeCallback(static_cast<UINT32>(frameDelay));
+  if (m_pCallback) ScheduleCallback();
   return ZEM_OK;
 }
 

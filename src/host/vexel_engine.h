@@ -247,6 +247,7 @@ class CVexelEngine : public IZEMRenderer,
   void ApplyFrame(const UINT8* data, INT32 size);
   void PlayDueFrames(UINT32 time);
   void StartCallback(UINT32 time);
+  void ScheduleCallback();
   void StopCallback();
   // engine_site.cpp
   void SetPictureSize(_QKxSize size);

@@ -427,6 +427,13 @@ TEST_F(EngineStream, CallbackStartsAtTheEndOfANonLinearStreamOnce) {
   EXPECT_EQ(host.scheduler->timers.size(), 0u);
 }
 
+TEST_F(EngineStream, CallbackOfAMovieWithoutAHeaderKeepsNoLoopBusy) {
+  Open(kNonLinear, {'V', 'X', 'F', 4}, 1000);
+  engine->OnTimeSync(1000);
+  ASSERT_EQ(host.scheduler->timers.size(), 1u);
+  EXPECT_EQ(host.scheduler->timers[0].dueMs, host.scheduler->nowMs + 100);
+}
+
 TEST_F(EngineStream, MovieRunsOnBehindItsStream) {
   author::MovieWriter movie(100, 80, 100);
   for (int i = 0; i < 1000; ++i) movie.FrameEnd();
