@@ -210,8 +210,10 @@ class Session {
       return;
     const EditText* text = field->editText;
     if (!text || !text->variableName || text->length > kSureValue) return;
-    // A path may lead nowhere, and a dot to another field's lines.
+    // A path may lead nowhere, a dot to another field's lines, and a name that is
+    // too long is no variable's.
     if (!*text->variableName || strpbrk(text->variableName, ":.")) return;
+    if (strlen(text->variableName) > kSureValue) return;
     const std::unique_ptr<char[]> shown(text->GetBuffer());
     char* value = m_player.GetVariable(field->thread, text->variableName);
     if (shown && strcmp(shown.get(), value ? value : "") != 0) __builtin_trap();
