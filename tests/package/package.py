@@ -227,7 +227,7 @@ def development(words, scratch):
 
     (scratch / "CMakeLists.txt").write_text(PROJECT.format(example=example))
     build = scratch / "build"
-    run("cmake", "-S", scratch, "-B", build, f"-DCMAKE_PREFIX_PATH={words.prefix}")
+    run("cmake", "-G", "Ninja", "-S", scratch, "-B", build, f"-DCMAKE_PREFIX_PATH={words.prefix}")
     run("cmake", "--build", build)
     run(build / "core")
     run(build / "hello", (build / "plugin").read_text(), movie, scratch / "by-cmake.png", 1000)
