@@ -78,6 +78,8 @@ class Player:
         self.process = subprocess.Popen([vexel, "play", *map(str, words)], env=display.env,
                                         stderr=subprocess.PIPE, text=True)
         self.window = wait_for("the window", self._find)
+        # A key that comes before the window manager has given it the keyboard is lost.
+        wait_for("the keyboard", lambda: display.tool("getactivewindow") == self.window)
 
     def _find(self):
         found = self.display.tool("search", "--onlyvisible", "--pid", self.process.pid,
@@ -96,8 +98,8 @@ class Player:
         return self.display.place(found[0])
 
     def shot(self):
-        """The movie's picture as it stands on the screen."""
-        left, top, width, height = self.site()
+        """The movie's picture as it stands on the screen, or the next one's if it goes."""
+        left, top, width, height = wait_for("the movie", self.site)
         return self.display.picture().crop((left, top, left + width, top + height))
 
     def at(self, x, y, movie):
