@@ -129,11 +129,16 @@ class Player:
         """Says yes to the question; the movie gives the keyboard back before."""
         self.key("Escape", "alt+o")
 
+    def dialog(self, name):
+        """Waits until a dialog is there and takes the keys."""
+        wait_for(f"the dialog {name}", lambda: self.display.tool(
+            "getactivewindow", "getwindowname") == name)
+        time.sleep(0.3)  # the dialog's own fields follow its window
+
     def open(self, path):
         """By the dialog, in which a slash begins a path."""
         self.key("ctrl+o")
-        wait_for("the dialog", lambda: self.display.tool("search", "--onlyvisible", "--name",
-                                                         "^Open a movie$"))
+        self.dialog("Open a movie")
         self.type(str(path))
         self.key("Return")
 

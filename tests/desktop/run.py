@@ -176,8 +176,7 @@ def case_a_movie_that_the_server_does_not_have_is_told(display):
     wait_for("the message", player.message)
     assert player.site() is None
     player.key("ctrl+l")
-    wait_for("the dialog", lambda: display.tool("search", "--onlyvisible", "--name",
-                                                "^Open an address$"))
+    player.dialog("Open an address")
     player.type(str(BOOK))
     player.key("Return")
     until_same(player, streamed(BOOK), "the next movie's picture")
