@@ -213,8 +213,7 @@ def case_a_picture_is_saved(display):
     until_same(player, streamed(BOOK), "the movie's picture")
     path = pathlib.Path(display.home.name) / "page.png"
     player.key("ctrl+s")
-    wait_for("the dialog", lambda: display.tool("search", "--onlyvisible", "--name",
-                                                "^Save the picture$"))
+    player.dialog("Save the picture")
     player.key("ctrl+a")
     player.type(str(path))
     player.key("Return")
@@ -227,8 +226,7 @@ def case_a_picture_is_saved(display):
 def case_preferences_are_kept_in_the_users_folder(display):
     player = Player(display, VEXEL)
     player.key("ctrl+comma")
-    wait_for("the dialog", lambda: display.tool("search", "--onlyvisible", "--name",
-                                                "^Preferences$"))
+    player.dialog("Preferences")
     player.key("alt+q", "Down", "Down")
     path = pathlib.Path(display.home.name) / "config/vexel/preferences.ini"
     wait_for("the file", lambda: path.exists() and "Quality=2" in path.read_text())
