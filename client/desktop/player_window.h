@@ -2,7 +2,6 @@
 // what is said to the user above it.
 #pragma once
 
-#include <X11/Xlib.h>
 #include <gtk/gtk.h>
 
 #include <functional>
@@ -12,8 +11,11 @@
 #include "client/core/event_loop.h"
 #include "client/core/http_service.h"
 #include "client/core/plugin_library.h"
+#include "client/desktop/main_menu.h"
 #include "client/desktop/message_bar.h"
+#include "client/desktop/pages.h"
 #include "client/desktop/presentation.h"
+#include "client/desktop/site_events.h"
 #include "client/desktop/transport_bar.h"
 #include "client/desktop/x_site.h"
 
@@ -33,16 +35,12 @@ class PlayerWindow {
 
  private:
   void MakeWidgets();
-  GtkWidget* MakeMenus();
-  void AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
-               std::function<void()> run);
+  void MakeWindow();
+  void TakeDrops();
+  void MakeMenus();
+  void MakeBar();
   void MakeSite();
 
-  // Events of the X server, before GTK sees them.
-  static GdkFilterReturn Filter(GdkXEvent* event, GdkEvent*, gpointer self);
-  GdkFilterReturn TakeEvent(XEvent* event);
-  GdkFilterReturn TakeKey(XEvent* event);
-  bool IsOurs(Window window) const;
   // A key that the movie made nothing of. Whether it is a shortcut.
   bool RunShortcut(unsigned key);
 
@@ -53,33 +51,28 @@ class PlayerWindow {
   void HideBar();
   void Refresh();
   void TellProblem(const std::string& text);
-  bool OpenPage(const std::string& url);
 
-  void AskForFile();
-  void AskForAddress();
   void SavePicture();
   void About();
-  void ShowMovieMenu();
+  void MovieMenu();
 
   EventLoop* loop_;
   Ref<Preferences> preferences_;
   std::unique_ptr<HttpService> http_;
   GtkWidget* window_ = nullptr;
-  GtkWidget* menus_ = nullptr;
-  GtkAccelGroup* keys_ = nullptr;
   GtkWidget* area_ = nullptr;  // the movie's, with the bars beside it
   GtkWidget* barHolder_ = nullptr;
+  std::unique_ptr<MainMenu> menus_;
   std::unique_ptr<MessageBar> messages_;
+  std::unique_ptr<Pages> pages_;
   std::unique_ptr<TransportBar> bar_;
   Ref<XSite> site_;
+  std::unique_ptr<SiteEvents> events_;
   Stage stage_{};
   std::unique_ptr<Presentation> presentation_;
   double speed_ = 1;
   bool loops_ = true;
   bool fullScreen_ = false;
-  // Set by a press on the movie: it gets all keys, and the window's own ones
-  // are left to it until Escape or a press elsewhere.
-  bool movieHasKeys_ = false;
   Watch refresh_, hideBar_, later_;
 };
 

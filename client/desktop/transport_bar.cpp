@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "client/desktop/connect.h"
+
 namespace vexel::client {
 
 namespace {
@@ -19,12 +21,6 @@ constexpr int kNormalSpeed = 2;  // in the table
 
 constexpr int kMargin = 4;            // pixels
 constexpr uint32_t kShortest = 1000;  // milliseconds
-
-using Run = std::function<void()>;
-
-void RunClick(GtkButton*, gpointer run) {
-  (*static_cast<Run*>(run))();
-}
 
 }  // namespace
 
@@ -40,17 +36,15 @@ std::string TimeText(uint32_t ms) {
   return text;
 }
 
-GtkWidget* TransportBar::Button(const char* icon, const char* name, const char* tip, Run click) {
+GtkWidget* TransportBar::Button(const char* icon, const char* name, const char* tip,
+                                std::function<void()> click) {
   GtkWidget* button = gtk_button_new_from_icon_name(icon, GTK_ICON_SIZE_BUTTON);
   gtk_button_set_relief(GTK_BUTTON(button), GTK_RELIEF_NONE);
   // Keys are the movie's and the window's.
   gtk_widget_set_focus_on_click(button, FALSE);
   gtk_widget_set_tooltip_text(button, tip);
   gtk_widget_set_name(button, name);
-  g_signal_connect_data(
-      button, "clicked", G_CALLBACK(RunClick), new Run(std::move(click)),
-      [](gpointer run, GClosure*) { delete static_cast<Run*>(run); },
-      static_cast<GConnectFlags>(0));
+  Connect(button, "clicked", std::move(click));
   gtk_box_pack_start(GTK_BOX(bar_), button, FALSE, FALSE, 0);
   return button;
 }

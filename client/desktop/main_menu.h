@@ -1,0 +1,45 @@
+// The window's menu bar.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <functional>
+#include <string>
+
+namespace vexel::client {
+
+class MainMenu {
+ public:
+  // What the user chooses.
+  struct Actions {
+    std::function<void()> openFile;
+    std::function<void()> openAddress;
+    std::function<void(const std::string& uri)> openRecent;
+    std::function<void()> savePicture;
+    std::function<void()> preferences;
+    std::function<void()> quit;
+    std::function<void()> fullScreen;
+    std::function<void()> movieSize;
+    std::function<void()> about;
+  };
+  // The keys of the items are the window's from now on.
+  MainMenu(GtkWindow* window, Actions actions);
+  ~MainMenu();
+  MainMenu(const MainMenu&) = delete;
+  MainMenu& operator=(const MainMenu&) = delete;
+
+  // Owned by whatever it is put into.
+  GtkWidget* widget() const { return bar_; }
+
+ private:
+  GtkWidget* AddMenu(const char* text);
+  void AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
+               std::function<void()> run);
+  void AddRecent(GtkWidget* menu);
+
+  Actions actions_;
+  GtkAccelGroup* keys_;
+  GtkWidget* bar_;
+};
+
+}  // namespace vexel::client

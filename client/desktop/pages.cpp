@@ -1,0 +1,43 @@
+#include "client/desktop/pages.h"
+
+#include <glib.h>
+
+#include "client/core/hyper_navigate.h"
+
+namespace vexel::client {
+
+namespace {
+
+constexpr char kBrowser[] = "xdg-open";
+// A site's name behind it makes the preference's.
+constexpr char kKey[] = "Pages.";
+constexpr char kAllowed[] = "open";
+
+// What the question is about; empty for what is no address.
+std::string SiteOf(const std::string& url) {
+  GUri* parts = g_uri_parse(url.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr);
+  if (!parts) return {};
+  const char* host = g_uri_get_host(parts);
+  const std::string site = host && *host ? host : g_uri_get_scheme(parts);
+  g_uri_unref(parts);
+  return site;
+}
+
+}  // namespace
+
+bool Pages::Open(const std::string& url) {
+  if (!MayOpen(url)) return false;
+  const std::string site = SiteOf(url);
+  if (site.empty()) return false;
+  const std::string key = kKey + site;
+  if (preferences_->Get(key) == kAllowed) return RunForURL(kBrowser, url);
+  messages_->Ask("Open a page of " + site + "? " + url, "_Open, and don't ask again",
+                 [this, key, url] {
+                   preferences_->Set(key, kAllowed);
+                   if (!RunForURL(kBrowser, url))
+                     messages_->TellProblem("No browser could be started.");
+                 });
+  return true;
+}
+
+}  // namespace vexel::client
