@@ -21,7 +21,7 @@ CBigByteQueue::CBigByteQueue()
       maxSize(0) {}
 
 CBigByteQueue::CBigByteQueue(UINT32 bytes, UINT32 bytesPerElement) : CBigByteQueue() {
-  elementSize = bytesPerElement > 0 ? bytesPerElement : 1;
+  if (bytesPerElement > 0) elementSize = bytesPerElement;
   uint64_t wanted = Base_GranulatedSize(bytes, elementSize) + 1;
   if (wanted > kMaxBytes) return;
   buffer = new (std::nothrow) UINT8[wanted];
@@ -151,6 +151,7 @@ UINT8* CBigByteQueue::Base_Normalize(UINT8* p, UINT32 offset) const {
 }
 
 uint64_t CBigByteQueue::Base_GranulatedSize(UINT32 bytes, UINT32 bytesPerElement) {
+  if (bytesPerElement == 0) return bytes;
   uint64_t elements = (static_cast<uint64_t>(bytes) + bytesPerElement - 1) / bytesPerElement;
   return elements * bytesPerElement;
 }

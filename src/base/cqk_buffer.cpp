@@ -95,12 +95,12 @@ INT32 CQKBuffer::SetSize(UINT32 count) {
     UINT8* block = NewBlock(count, fromNew);
     if (!block) return ZEM_OUT_OF_MEMORY;
     if (size > 0) memmove(block, data, size);
+    memset(block + size, 0, count - size);
     FreeBlock(data, external);
     data = block;
     external = fromNew;
     allocated = count;
   }
-  if (count > size) memset(data + size, 0, count - size);
   size = count;
   return ZEM_OK;
 }

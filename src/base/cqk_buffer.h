@@ -23,7 +23,8 @@ class CQKBuffer : public IZEMBuffer {
   // `bytes` may lie inside this buffer. ZEM_UNEXPECTED with more than one
   // reference; ZEM_OUT_OF_MEMORY leaves the buffer empty.
   INT32 Set(const UINT8* bytes, UINT32 count) override;
-  // New bytes are 0. ZEM_UNEXPECTED with more than one reference;
+  // Within the room that there is, bytes that were cut off come back; beyond it,
+  // new bytes are 0. ZEM_UNEXPECTED with more than one reference;
   // ZEM_OUT_OF_MEMORY leaves the buffer as it is.
   INT32 SetSize(UINT32 count) override;
   UINT32 GetSize() override { return size; }

@@ -96,6 +96,8 @@ class CQKString {
   bool FindAndReplace(const char* find, const char* replace, int all);
   void AppendEndOfLine();
   void AppendULONG(UINT32 value);
+  // In room for 512 characters, or as many as it takes. The text ends at its
+  // first zero, even one that "%c" wrote.
   void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
   // A text of fields with a delimiter between them, counted from 1. Made for a

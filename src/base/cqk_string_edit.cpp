@@ -144,21 +144,29 @@ void CQKString::AppendULONG(UINT32 value) {
   *this += digits;
 }
 
+// Written beside the string first: arguments may be its own characters.
 void CQKString::Format(const char* format, ...) {
-  // Arguments may be this string's own characters.
-  CQKString keep(*this);
-  int room = kFormatRoom;
-  while (char* buffer = GetBuffer(room)) {
-    va_list arguments;
-    va_start(arguments, format);
-    int length = vsnprintf(buffer, static_cast<size_t>(room) + 1, format, arguments);
-    va_end(arguments);
-    if (length <= room) {
-      ReleaseBuffer(length < 0 ? 0 : length);
-      return;
-    }
-    room = length;
+  char text[kFormatRoom + 1];
+  va_list arguments;
+  va_start(arguments, format);
+  int length = vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  if (length <= kFormatRoom) {
+    char* buffer = GetBuffer(kFormatRoom);
+    if (!buffer) return;
+    memcpy(buffer, text, length < 0 ? 0 : static_cast<size_t>(length));
+    buffer[length < 0 ? 0 : length] = 0;
+    ReleaseBuffer(-1);
+    return;
   }
+  CQKString longer;
+  char* buffer = longer.GetBuffer(length);
+  if (!buffer) return;
+  va_start(arguments, format);
+  vsnprintf(buffer, static_cast<size_t>(length) + 1, format, arguments);
+  va_end(arguments);
+  longer.ReleaseBuffer(-1);
+  *this = longer;
 }
 
 UINT32 CQKString::CountFields(char delimiter) const {

@@ -70,8 +70,8 @@ const char* DLLAccessPath::GetLibTypeName(UINT16 type) {
 }
 
 INT32 DLLAccessPath::PassDLLAccessPath(INT32 (*callback)(const char* entries)) const {
-  if (!callback) return ZEM_BAD_ARGUMENT;
   if (paths.IsEmpty()) return ZEM_OK;
+  if (!callback) return ZEM_BAD_ARGUMENT;
   CQKString entries;
   INT32 length = 0;
   for (void* at = paths.GetStartPosition(); at;) {

@@ -34,7 +34,7 @@ class CQKMapPtrToPtr : public MapTable<PtrAssoc> {
   void GetNextAssoc(void*& at, void*& key, void*& value) const;
   void* Begin() const { return FirstFrom(0); }
   void* End() const { return nullptr; }
-  UINT32 HashKey(void* key) const { return Bucket(key); }
+  uintptr_t HashKey(void* key) const { return ActualHash(key); }
 
  protected:
   virtual uintptr_t ActualHash(void* key) const { return reinterpret_cast<uintptr_t>(key) >> 4; }
@@ -48,7 +48,7 @@ class CQKMapPtrToPtr : public MapTable<PtrAssoc> {
   virtual ~CQKMapPtrToPtr() = default;
 
  private:
-  UINT32 Bucket(void* key) const { return static_cast<UINT32>(ActualHash(key) % hashTableSize); }
+  UINT32 Bucket(void* key) const { return static_cast<UINT32>(HashKey(key) % hashTableSize); }
   PtrAssoc* Make(void* key);
 };
 

@@ -7,7 +7,7 @@
 namespace vexel {
 
 void CQKMapStringToOb::SetCaseSensitive(int sensitive) {
-  if (count == 0) caseSensitive = sensitive != 0;
+  caseSensitive = sensitive != 0;
 }
 
 UINT32 CQKMapStringToOb::HashKey(const char* key) const {

@@ -19,7 +19,8 @@ class CQKMapStringToOb : public MapTable<StringObAssoc> {
   // Entries are allocated `blockItems` at a time.
   explicit CQKMapStringToOb(INT32 blockItems = 10) : MapTable(blockItems), caseSensitive(true) {}
 
-  // 0: letters A to Z are the same as a to z. Only an empty map takes it.
+  // 0: letters A to Z are the same as a to z. To be called while the map is
+  // empty: entries stay in the buckets of the rule that they came under.
   void SetCaseSensitive(int sensitive);
 
   // False without memory.

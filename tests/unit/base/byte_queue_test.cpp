@@ -69,6 +69,7 @@ TEST(CBigByteQueue, RoundsUpToWholeElements) {
   EXPECT_EQ(queue.GetMaxAvailableElements(), 3u);
   EXPECT_EQ(CBigByteQueue::Base_GranulatedSize(8, 4), 8u);
   EXPECT_EQ(CBigByteQueue::Base_GranulatedSize(9, 4), 12u);
+  EXPECT_EQ(CBigByteQueue::Base_GranulatedSize(9, 0), 9u);
 }
 
 TEST(CBigByteQueue, AnElementOfNoBytesCountsAsOne) {

@@ -94,9 +94,18 @@ TEST_F(CQKBufferTest, SetSizeKeepsWhatWasThere) {
   EXPECT_EQ(Text(buffer), std::string("abc\0\0", 5));
   EXPECT_EQ(buffer->SetSize(40), ZEM_OK);
   EXPECT_EQ(Text(buffer), std::string("abc") + std::string(37, '\0'));
-  EXPECT_EQ(buffer->SetSize(2), ZEM_OK);
-  EXPECT_EQ(buffer->SetSize(4), ZEM_OK);
-  EXPECT_EQ(Text(buffer), std::string("ab\0\0", 4));
+}
+
+TEST_F(CQKBufferTest, WithinItsRoomSetSizeChangesNothingButTheSize) {
+  for (const char* text : {"abcdefgh", "0123456789abcdefghij"}) {
+    const std::string whole = text;
+    const UINT32 size = static_cast<UINT32>(whole.size());
+    buffer->Set(Bytes(text), size);
+    EXPECT_EQ(buffer->SetSize(2), ZEM_OK);
+    EXPECT_EQ(Text(buffer), whole.substr(0, 2));
+    EXPECT_EQ(buffer->SetSize(size), ZEM_OK);
+    EXPECT_EQ(Text(buffer), whole);
+  }
 }
 
 TEST_F(CQKBufferTest, WithoutMemorySetSizeKeepsTheBlockAndSetDropsIt) {

@@ -302,6 +302,27 @@ TEST(CQKString, FormatTakesAnyLength) {
   }
 }
 
+TEST(CQKString, FormatEndsAtTheFirstZero) {
+  CQKString s("before");
+  s.Format("a%cb", 0);
+  EXPECT_EQ(Text(s), "a");
+  const std::string more(600, 'z');
+  s.Format("ab%c%s", 0, more.c_str());
+  EXPECT_EQ(Text(s), "ab");
+  s.Format("%c", 0);
+  EXPECT_EQ(Text(s), "");
+}
+
+TEST(CQKString, FormatKeepsRoomThatIsEnough) {
+  CQKString s;
+  s.SetMinBufSize(1000);
+  const char* before = s;
+  s.Format("%d", 7);
+  EXPECT_EQ(static_cast<const char*>(s), before);
+  EXPECT_EQ(s.GetAllocLength(), 1000);
+  EXPECT_EQ(Text(s), "7");
+}
+
 // Fields
 
 TEST(CQKString, NthFieldOfThreeLetters) {

@@ -67,6 +67,7 @@ TEST_F(DLLAccessPathTest, PassesItsPathsOn) {
   g_other = &other;
   g_calls = 0;
   EXPECT_EQ(paths->PassDLLAccessPath(PassOn), ZEM_OK);
+  EXPECT_EQ(paths->PassDLLAccessPath(nullptr), ZEM_OK);
   EXPECT_EQ(g_calls, 0);
   paths->SetAccessPaths("DT_Plugins=/a/b\0DT_Codecs=/c/d/\0");
   EXPECT_EQ(paths->PassDLLAccessPath(PassOn), ZEM_OK);

@@ -144,6 +144,12 @@ TEST(Maps, KeysThatDifferInHighBitsOnlyAreDifferent) {
   EXPECT_EQ(map[Key(0x100000010)], &g_values[1]);
 }
 
+TEST(Maps, AHashIsNotYetABucket) {
+  EXPECT_EQ(CQKMapPtrToPtr().HashKey(Key(0x12345)), 0x1234u);
+  EXPECT_EQ(CQKMapStringToOb().HashKey("ab"), 97u * 33 + 98);
+  EXPECT_EQ(CQKMapStringToString().HashKey("ab"), 97u * 33 + 98);
+}
+
 TEST(Maps, ADescendantSaysWhichKeysAreEqualAndValid) {
   class LastDigit : public CQKMapPtrToPtr {
    protected:
@@ -193,10 +199,18 @@ TEST(Maps, EndedEntriesAreReusedAndBlocksStay) {
 TEST(Maps, CaseMattersUnlessItIsSwitchedOff) {
   CQKMapStringToOb map;
   map["Key"] = &g_values[1];
-  map.SetCaseSensitive(0);
   void* value;
   EXPECT_FALSE(map.Lookup("KEY", value));
+  // With one bucket there is no wrong one.
   map.RemoveAll();
+  map.InitHashTable(1);
+  map["Key"] = &g_values[1];
+  map.SetCaseSensitive(0);
+  EXPECT_TRUE(map.Lookup("KEY", value));
+  map.SetCaseSensitive(1);
+  EXPECT_FALSE(map.Lookup("KEY", value));
+  map.RemoveAll();
+  map.InitHashTable(0);
   map.SetCaseSensitive(0);
   map["Key"] = &g_values[1];
   map["kEY"] = &g_values[2];
