@@ -89,6 +89,7 @@ bool HTTPParser::IsSimpleRequest() const {
 
 HTTPMessage* HTTPParser::parseRequest() {
   void* at = Begin();
+  if (!at) return nullptr;
   HTTPMessage* message = parseRequestLine(NextLine(at));
   if (message && message->majorVersion() >= 0) ParseHeaders(message, at);
   return message;
@@ -96,6 +97,7 @@ HTTPMessage* HTTPParser::parseRequest() {
 
 HTTPMessage* HTTPParser::parseResponse() {
   void* at = Begin();
+  if (!at) return nullptr;
   HTTPMessage* message = parseResponseLine(NextLine(at));
   if (message) ParseHeaders(message, at);
   return message;

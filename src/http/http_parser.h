@@ -19,6 +19,7 @@ class HTTPParser : public CQKSimpleList {
   // A request without a version is whole without a line end, so a line that has
   // come in part may be taken for one.
   virtual HTTPMessage* parse(const char* data, UINT32& size);
+  // Of the lines that parse left; null without any.
   virtual HTTPMessage* parseResponse();
   virtual HTTPMessage* parseRequest();
 

@@ -181,19 +181,17 @@ INT32 HTTPPostConnection::TakeRequests(const char* data, UINT32 size, bool& want
 
 INT32 HTTPPostConnection::HandleMessage(HTTPGetMessage* message) {
   if (!m_pServer) return ZEM_UNEXPECTED;
-  const CQKString& url = message->url();
-  CQKString* page = nullptr;
-  if (NamesThisHost(message)) {
-    page = m_pServer->TakePage(url.Left(1) == "/" ? url.Mid(1) : url);
-  }
+  const char* name = message->url();
+  if (*name == '/') name++;
+  const CQKString* page = NamesThisHost(message) ? m_pServer->FindPage(name) : nullptr;
   if (!page) return HandleError(HTTP_NOT_FOUND);
   IZEMBuffer* reply = nullptr;
   INT32 result = MakeBuffer(*page, static_cast<UINT32>(page->GetLength()), reply);
-  delete page;
   if (result < 0) {
     Done();
     return result;
   }
+  m_pServer->RemovePage(name);
   result = WriteBuffer(reply);
   reply->Release();
   return result;

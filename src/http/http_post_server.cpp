@@ -136,11 +136,15 @@ INT32 HTTPPostServer::Navigate(const char* url, const char* target) {
   return result;
 }
 
-CQKString* HTTPPostServer::TakePage(const char* name) {
+const CQKString* HTTPPostServer::FindPage(const char* name) const {
   void* page = nullptr;
-  if (!m_pPages || !m_pPages->Lookup(name, page)) return nullptr;
-  m_pPages->RemoveKey(name);
+  if (m_pPages) m_pPages->Lookup(name, page);
   return static_cast<CQKString*>(page);
+}
+
+void HTTPPostServer::RemovePage(const char* name) {
+  delete FindPage(name);
+  if (m_pPages) m_pPages->RemoveKey(name);
 }
 
 INT32 HTTPPostServer::NewConnection(INT32 status, IZEMTCPSocket* socket) {

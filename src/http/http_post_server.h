@@ -52,8 +52,9 @@ class HTTPPostServer : public IZEMListenResponse {
   // Moves `text` over spaces in front, and cuts those at its end.
   static void TrimOffSpaces(char*& text);
 
-  // The waiting page `name`, taken out and the caller's from now on, or null.
-  CQKString* TakePage(const char* name);
+  // The waiting page `name`, or null, until it is removed or replaced.
+  const CQKString* FindPage(const char* name) const;
+  void RemovePage(const char* name);
   // Closes a connection that has finished and lets go of it; once.
   void HTTPPostConnectionDone(HTTPPostConnection* connection);
   // Closes all connections and lets go of everything. The server stays closed.

@@ -54,6 +54,12 @@ TEST(HTTPParser, AGetRequestIsTakenWhole) {
   EXPECT_EQ(used, 19u);
 }
 
+TEST(HTTPParser, OfNoLinesThereIsNoMessage) {
+  HTTPParser parser;
+  EXPECT_EQ(parser.parseRequest(), nullptr);
+  EXPECT_EQ(parser.parseResponse(), nullptr);
+}
+
 TEST(HTTPParser, WithoutTheBlankLineThereIsNothingYet) {
   for (const char* text :
        {"GET /a HTTP/1.0\r\n", "GET /a HTTP/1.0", "GET /a HTTP/1.1\r\nHost: x\r\n"}) {
