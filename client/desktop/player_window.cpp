@@ -8,7 +8,6 @@
 
 #include "client/desktop/file_dialogs.h"
 #include "client/desktop/movie_menu.h"
-#include "client/desktop/pointer.h"
 #include "client/desktop/preferences_dialog.h"
 #include "client/desktop/shortcuts.h"
 
@@ -17,7 +16,6 @@ namespace vexel::client {
 namespace {
 
 constexpr uint32_t kRefreshMs = 100;
-constexpr uint32_t kHideBarMs = 2500;  // without a movement of the pointer
 constexpr _QKxSize kFirstSize{640, 400};
 constexpr int kSmallest = 120;          // of a side of the movie's place, pixels
 constexpr double kShareOfScreen = 0.9;  // that a new movie's window takes at most
@@ -40,17 +38,18 @@ Display* XDisplay() {
 PlayerWindow::PlayerWindow(EventLoop* loop, const PluginLibrary* library,
                            std::function<void(const LogReport&)> report)
     : loop_(loop),
-      preferences_(Make<Preferences>(Preferences::DefaultPath())),
+      settings_(Make<Preferences>(Preferences::DefaultPath())),
       http_(std::make_unique<HttpService>(loop)) {
   MakeWidgets();
   MakeSite();
-  stage_ = {loop, library, http_.get(), preferences_.get(), site_.get(), std::move(report)};
+  stage_ = {loop, library, http_.get(), settings_.kept(), site_.get(), std::move(report)};
   Refresh();
 }
 
 PlayerWindow::~PlayerWindow() {
   presentation_ = nullptr;
   events_ = nullptr;
+  shelf_ = nullptr;
   site_ = nullptr;
   gtk_widget_destroy(window_);
 }
@@ -71,7 +70,7 @@ void PlayerWindow::MakeWindow() {
       this);
   g_signal_connect(window_, "motion-notify-event",
                    G_CALLBACK(+[](GtkWidget*, GdkEvent*, gpointer self) {
-                     static_cast<PlayerWindow*>(self)->WakeBar();
+                     static_cast<PlayerWindow*>(self)->shelf_->Moved(false);
                      return gboolean{FALSE};
                    }),
                    this);
@@ -105,7 +104,7 @@ void PlayerWindow::MakeWidgets() {
   gtk_box_pack_start(GTK_BOX(box), menus_->widget(), FALSE, FALSE, 0);
   messages_ = std::make_unique<MessageBar>();
   gtk_box_pack_start(GTK_BOX(box), messages_->widget(), FALSE, FALSE, 0);
-  pages_ = std::make_unique<Pages>(preferences_.get(), messages_.get());
+  pages_ = std::make_unique<Pages>(settings_.kept(), messages_.get());
 
   GtkWidget* overlay = gtk_overlay_new();
   gtk_box_pack_start(GTK_BOX(box), overlay, TRUE, TRUE, 0);
@@ -125,17 +124,9 @@ void PlayerWindow::MakeWidgets() {
                    this);
 
   MakeBar();
-  barHolder_ = gtk_event_box_new();
-  gtk_style_context_add_class(gtk_widget_get_style_context(barHolder_), GTK_STYLE_CLASS_BACKGROUND);
-  gtk_container_add(GTK_CONTAINER(barHolder_), bar_->widget());
-  gtk_widget_set_valign(barHolder_, GTK_ALIGN_END);
-  gtk_overlay_add_overlay(GTK_OVERLAY(overlay), barHolder_);
-
+  shelf_ = std::make_unique<BarShelf>(loop_, GTK_OVERLAY(overlay), area_, bar_->widget());
   gtk_window_set_default_size(GTK_WINDOW(window_), kFirstSize.width, kFirstSize.height);
   gtk_widget_show_all(box);
-  int height = 0;
-  gtk_widget_get_preferred_height(barHolder_, nullptr, &height);
-  gtk_widget_set_margin_bottom(area_, height);
   gtk_widget_show(window_);
 }
 
@@ -171,21 +162,23 @@ void PlayerWindow::MakeSite() {
   gdk_window_ensure_native(parent);
   site_ = Make<XSite>(XDisplay(), GDK_WINDOW_XID(parent));
   site_->onWish = [this] { FollowMovieSize(); };
-  // The bar lies over the movie, so it is a window of the server's, too.
-  GdkWindow* bar = gtk_widget_get_window(barHolder_);
-  while (gdk_window_get_parent(bar) != gdk_window_get_parent(parent))
-    bar = gdk_window_get_parent(bar);
-  gdk_window_ensure_native(bar);
-  gdk_window_raise(bar);
+  shelf_->Raise();
+  shelf_->SetPlace(settings_.barPlace());
   events_ = std::make_unique<SiteEvents>(
       window_, site_.get(),
-      SiteEvents::Actions{.moved = [this] { WakeBar(); },
+      SiteEvents::Actions{.moved = [this](bool dragging) { shelf_->Moved(dragging); },
+                          .pressed = [this] { shelf_->Pressed(); },
+                          .left = [this] { shelf_->Left(); },
                           .menu =
                               [this] {
                                 if (presentation_) later_ = loop_->Soon([this] { MovieMenu(); });
                               },
                           .escape =
                               [this] {
+                                if (shelf_->HasFocus()) {
+                                  gtk_window_set_focus(GTK_WINDOW(window_), nullptr);
+                                  return true;
+                                }
                                 const bool leaves = fullScreen_;
                                 SetFullScreen(false);
                                 return leaves;
@@ -207,7 +200,7 @@ void PlayerWindow::MakeMenus() {
               },
           .openRecent = [this](const std::string& uri) { Open(uri); },
           .savePicture = [this] { SavePicture(); },
-          .preferences = [this] { ShowPreferences(GTK_WINDOW(window_), preferences_.get()); },
+          .preferences = [this] { ShowPreferences(GTK_WINDOW(window_), settings_.kept()); },
           .quit = [] { gtk_main_quit(); },
           .fullScreen = [this] { SetFullScreen(!fullScreen_); },
           .movieSize = [this] { FollowMovieSize(); },
@@ -226,6 +219,7 @@ bool PlayerWindow::RunShortcut(unsigned key) {
       if (presentation_) presentation_->StepFrames(1);
       return true;
     case kPlayKey:
+      if (shelf_->HasFocus()) return false;
       if (presentation_) presentation_->PlayOrPause();
       return true;
     default:
@@ -249,8 +243,8 @@ void PlayerWindow::FollowMovieSize() {
       size.height <= 0)
     return;
   // As they will be: messages may just have come or gone.
-  int besides = 0;
-  for (GtkWidget* widget : {menus_->widget(), messages_->widget(), barHolder_}) {
+  int besides = shelf_->Room();
+  for (GtkWidget* widget : {menus_->widget(), messages_->widget()}) {
     int height = 0;
     gtk_widget_get_preferred_height(widget, nullptr, &height);
     besides += height;
@@ -272,39 +266,12 @@ void PlayerWindow::SetFullScreen(bool on) {
   if (fullScreen_ == on) return;
   fullScreen_ = on;
   gtk_widget_set_visible(menus_->widget(), !on);
-  int height = 0;
   if (on) {
     gtk_window_fullscreen(GTK_WINDOW(window_));
   } else {
     gtk_window_unfullscreen(GTK_WINDOW(window_));
-    gtk_widget_get_preferred_height(barHolder_, nullptr, &height);
   }
-  // The bar lies over the movie, and below it when there is room to spare.
-  gtk_widget_set_margin_bottom(area_, height);
-  WakeBar();
-}
-
-void PlayerWindow::WakeBar() {
-  if (!gtk_widget_get_visible(barHolder_)) {
-    gtk_widget_show(barHolder_);
-    gdk_window_set_cursor(gtk_widget_get_window(window_), nullptr);
-  }
-  if (fullScreen_) {
-    hideBar_ = loop_->After(kHideBarMs, [this] { HideBar(); });
-  } else {
-    hideBar_.Cancel();
-  }
-}
-
-void PlayerWindow::HideBar() {
-  int x = 0, y = 0;
-  PointerAt(gtk_widget_get_window(barHolder_), &x, &y);
-  const bool over = y >= 0 && y < gtk_widget_get_allocated_height(barHolder_);
-  if (over || gtk_grab_get_current()) return WakeBar();
-  gtk_widget_hide(barHolder_);
-  GdkCursor* none = gdk_cursor_new_for_display(gdk_display_get_default(), GDK_BLANK_CURSOR);
-  gdk_window_set_cursor(gtk_widget_get_window(window_), none);
-  g_object_unref(none);
+  shelf_->SetFullScreen(on);
 }
 
 void PlayerWindow::Refresh() {
@@ -320,6 +287,9 @@ void PlayerWindow::Refresh() {
     state.buffering = presentation_->buffering();
   }
   bar_->Show(state);
+  shelf_->SetNeed({.waits = !state.playable || state.buffering,
+                   .stands = !state.running,
+                   .forUser = state.playable && !HasCourse(state.length)});
 }
 
 // --- Movies ---

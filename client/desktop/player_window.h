@@ -11,10 +11,12 @@
 #include "client/core/event_loop.h"
 #include "client/core/http_service.h"
 #include "client/core/plugin_library.h"
+#include "client/desktop/bar_shelf.h"
 #include "client/desktop/main_menu.h"
 #include "client/desktop/message_bar.h"
 #include "client/desktop/pages.h"
 #include "client/desktop/presentation.h"
+#include "client/desktop/settings.h"
 #include "client/desktop/site_events.h"
 #include "client/desktop/transport_bar.h"
 #include "client/desktop/x_site.h"
@@ -47,8 +49,6 @@ class PlayerWindow {
   void FollowMovieSize();
   void FitSite();
   void SetFullScreen(bool on);
-  void WakeBar();
-  void HideBar();
   void Refresh();
   void TellProblem(const std::string& text);
 
@@ -57,15 +57,15 @@ class PlayerWindow {
   void MovieMenu();
 
   EventLoop* loop_;
-  Ref<Preferences> preferences_;
+  Settings settings_;
   std::unique_ptr<HttpService> http_;
   GtkWidget* window_ = nullptr;
   GtkWidget* area_ = nullptr;  // the movie's, with the bars beside it
-  GtkWidget* barHolder_ = nullptr;
   std::unique_ptr<MainMenu> menus_;
   std::unique_ptr<MessageBar> messages_;
   std::unique_ptr<Pages> pages_;
   std::unique_ptr<TransportBar> bar_;
+  std::unique_ptr<BarShelf> shelf_;
   Ref<XSite> site_;
   std::unique_ptr<SiteEvents> events_;
   Stage stage_{};
@@ -73,7 +73,7 @@ class PlayerWindow {
   double speed_ = 1;
   bool loops_ = true;
   bool fullScreen_ = false;
-  Watch refresh_, hideBar_, later_;
+  Watch refresh_, later_;
 };
 
 }  // namespace vexel::client

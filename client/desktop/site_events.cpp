@@ -41,8 +41,12 @@ GdkFilterReturn SiteEvents::Take(XEvent* event) {
       if (event->xbutton.button == Button3) actions_.menu();
       break;
     case MotionNotify:
-      actions_.moved();
+      actions_.moved((event->xmotion.state & (Button1Mask | Button2Mask | Button3Mask)) != 0);
       break;
+    case LeaveNotify:
+      // A menu takes the pointer without its leaving.
+      if (event->xcrossing.mode != NotifyGrab) actions_.left();
+      return GDK_FILTER_REMOVE;
     case ButtonPress:
     case Expose:
       break;
@@ -62,6 +66,7 @@ GdkFilterReturn SiteEvents::TakePress(XEvent* event) {
   // Menus that are open hear of a press outside.
   if (gtk_grab_get_current()) return GDK_FILTER_CONTINUE;
   movieHasKeys_ = true;
+  actions_.pressed();
   if (!gtk_window_is_active(GTK_WINDOW(window_)))
     gdk_window_focus(gtk_widget_get_window(window_), static_cast<guint32>(event->xbutton.time));
   return GDK_FILTER_REMOVE;

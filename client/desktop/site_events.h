@@ -15,8 +15,11 @@ namespace vexel::client {
 class SiteEvents {
  public:
   struct Actions {
-    std::function<void()> moved;  // the pointer, over the movie
-    std::function<void()> menu;   // the right button, let go there; inside the filter
+    // The pointer over the movie; with a button down; it leaves the movie.
+    std::function<void(bool dragging)> moved;
+    std::function<void()> pressed;
+    std::function<void()> left;
+    std::function<void()> menu;  // the right button, let go there; inside the filter
     // Escape, before anybody else gets it. Whether it was of use.
     std::function<bool()> escape;
   };

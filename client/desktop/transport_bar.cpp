@@ -19,8 +19,7 @@ struct SpeedRow {
 constexpr SpeedRow kSpeeds[] = {{"¼×", 0.25}, {"½×", 0.5}, {"1×", 1}, {"2×", 2}, {"4×", 4}};
 constexpr int kNormalSpeed = 2;  // in the table
 
-constexpr int kMargin = 4;            // pixels
-constexpr uint32_t kShortest = 1000;  // milliseconds
+constexpr int kMargin = 4;  // pixels
 
 }  // namespace
 
@@ -118,8 +117,7 @@ void TransportBar::Show(const State& state) {
                                                       GTK_ICON_SIZE_BUTTON));
   }
   const uint32_t length = std::max(state.length, 1u);
-  // Movies that wait for their user are this short: their clock tells nothing.
-  const bool hasPlaces = length >= kShortest;
+  const bool hasPlaces = HasCourse(length);
   gtk_widget_set_sensitive(seek_, hasPlaces);
   GtkRange* range = GTK_RANGE(seek_);
   gtk_range_set_range(range, 0, length);

@@ -52,6 +52,12 @@ class TransportBar {
   bool running_ = false;
 };
 
+// Movies that wait for their user last less than a second: their clock tells
+// nothing. Milliseconds.
+constexpr bool HasCourse(uint32_t length) {
+  return length >= 1000;
+}
+
 // "1:05", with hours "1:02:05".
 std::string TimeText(uint32_t ms);
 

@@ -10,8 +10,8 @@ XSite::XSite(Display* display, Window parent) : display_(display) {
   // No background: the server would flash it before each picture.
   attributes.background_pixmap = None;
   attributes.bit_gravity = NorthWestGravity;
-  attributes.event_mask =
-      ExposureMask | KeyPressMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask;
+  attributes.event_mask = ExposureMask | KeyPressMask | ButtonPressMask | ButtonReleaseMask |
+                          PointerMotionMask | LeaveWindowMask;
   window_ = XCreateWindow(display_, parent, 0, 0, 1, 1, 0, CopyFromParent, InputOutput,
                           CopyFromParent, CWBackPixmap | CWBitGravity | CWEventMask, &attributes);
   // For whoever looks for the movie among the server's windows.
