@@ -20,12 +20,25 @@ constexpr _QKxSize kFirstSize{640, 400};
 constexpr int kSmallest = 120;          // of a side of the movie's place, pixels
 constexpr double kShareOfScreen = 0.9;  // that a new movie's window takes at most
 
-// The movie's name for people.
+// The URI of a path or an address.
+std::string UriOf(const std::string& url) {
+  GFile* file = g_file_new_for_commandline_arg(url.c_str());
+  char* text = g_file_get_uri(file);
+  const std::string uri = text;
+  g_free(text);
+  g_object_unref(file);
+  return uri;
+}
+
+// The movie's name for people: of its file, or of an address the last part.
 std::string NameOf(const std::string& url) {
-  const std::string last = std::filesystem::path(url).filename().string();
-  char* shown = g_filename_display_name(last.empty() ? url.c_str() : last.c_str());
+  const std::string uri = UriOf(url);
+  const std::string plain = uri.substr(0, uri.find_first_of("?#"));
+  char* last = g_uri_unescape_string(std::filesystem::path(plain).filename().c_str(), nullptr);
+  char* shown = g_filename_display_name(last && *last ? last : url.c_str());
   const std::string name = shown;
   g_free(shown);
+  g_free(last);
   return name;
 }
 
@@ -43,10 +56,12 @@ PlayerWindow::PlayerWindow(EventLoop* loop, const PluginLibrary* library,
   MakeWidgets();
   MakeSite();
   stage_ = {loop, library, http_.get(), settings_.kept(), site_.get(), std::move(report)};
+  JoinBus();
   Refresh();
 }
 
 PlayerWindow::~PlayerWindow() {
+  bus_ = nullptr;
   presentation_ = nullptr;
   events_ = nullptr;
   shelf_ = nullptr;
@@ -132,29 +147,28 @@ void PlayerWindow::MakeWidgets() {
 
 void PlayerWindow::MakeBar() {
   bar_ = std::make_unique<TransportBar>(
-      TransportBar::Actions{.playOrPause =
-                                [this] {
-                                  if (presentation_) presentation_->PlayOrPause();
-                                },
-                            .seek =
-                                [this](uint32_t ms) {
-                                  if (presentation_) presentation_->Seek(ms);
-                                },
+      TransportBar::Actions{.playOrPause = [this] { PlayOrPause(); },
+                            .seek = [this](uint32_t ms) { Seek(ms); },
                             .step =
                                 [this](int frames) {
                                   if (presentation_) presentation_->StepFrames(frames);
                                 },
-                            .setSpeed =
-                                [this](double speed) {
-                                  speed_ = speed;
-                                  if (presentation_) presentation_->SetSpeed(speed);
-                                },
-                            .setLoop =
-                                [this](bool loop) {
-                                  loops_ = loop;
-                                  if (presentation_) presentation_->SetLoop(loop);
-                                },
+                            .setSpeed = [this](double speed) { SetSpeed(speed); },
+                            .setLoop = [this](bool loop) { SetLoop(loop); },
                             .fullScreen = [this] { SetFullScreen(!fullScreen_); }});
+}
+
+void PlayerWindow::JoinBus() {
+  bus_ = std::make_unique<Mpris>(
+      Mpris::Actions{.raise = [this] { gtk_window_present(GTK_WINDOW(window_)); },
+                     .quit = [] { gtk_main_quit(); },
+                     .setFullScreen = [this](bool on) { SetFullScreen(on); },
+                     .open = [this](const std::string& uri) { Open(uri); },
+                     .playOrPause = [this] { PlayOrPause(); },
+                     .seek = [this](uint32_t ms) { Seek(ms); },
+                     .setSpeed = [this](double speed) { SetSpeed(speed); },
+                     .setLoop = [this](bool loop) { SetLoop(loop); }},
+      [this] { return BusState(); });
 }
 
 void PlayerWindow::MakeSite() {
@@ -220,7 +234,7 @@ bool PlayerWindow::RunShortcut(unsigned key) {
       return true;
     case kPlayKey:
       if (shelf_->HasFocus()) return false;
-      if (presentation_) presentation_->PlayOrPause();
+      PlayOrPause();
       return true;
     default:
       return false;
@@ -274,6 +288,24 @@ void PlayerWindow::SetFullScreen(bool on) {
   shelf_->SetFullScreen(on);
 }
 
+void PlayerWindow::PlayOrPause() {
+  if (presentation_) presentation_->PlayOrPause();
+}
+
+void PlayerWindow::Seek(uint32_t ms) {
+  if (presentation_) presentation_->Seek(ms);
+}
+
+void PlayerWindow::SetSpeed(double speed) {
+  speed_ = speed;
+  if (presentation_) presentation_->SetSpeed(speed);
+}
+
+void PlayerWindow::SetLoop(bool loop) {
+  loops_ = loop;
+  if (presentation_) presentation_->SetLoop(loop);
+}
+
 void PlayerWindow::Refresh() {
   refresh_ = loop_->After(kRefreshMs, [this] { Refresh(); });
   TransportBar::State state;
@@ -286,16 +318,39 @@ void PlayerWindow::Refresh() {
     state.loading = presentation_->loading();
     state.buffering = presentation_->buffering();
   }
+  state.speed = speed_;
+  state.loops = loops_;
   bar_->Show(state);
   shelf_->SetNeed({.waits = !state.playable || state.buffering,
                    .stands = !state.running,
                    .forUser = state.playable && !HasCourse(state.length)});
+  bus_->Tell();
+}
+
+Mpris::State PlayerWindow::BusState() const {
+  Mpris::State state;
+  state.movie = opened_;
+  state.speed = speed_;
+  state.loops = loops_;
+  state.fullScreen = fullScreen_;
+  if (presentation_) {
+    state.uri = UriOf(presentation_->url());
+    state.title = NameOf(presentation_->url());
+    state.playable = presentation_->started();
+    state.running = presentation_->running();
+    state.buffering = presentation_->buffering();
+    state.position = presentation_->position();
+    state.length = presentation_->length();
+    state.seekable = state.playable && HasCourse(state.length);
+  }
+  return state;
 }
 
 // --- Movies ---
 
 void PlayerWindow::Open(const std::string& movie) {
   presentation_ = nullptr;
+  ++opened_;
   site_->Hide();
   messages_->Clear();
   events_->TakeKeysBack();
@@ -311,11 +366,7 @@ void PlayerWindow::Open(const std::string& movie) {
   presentation_->SetSpeed(speed_);
   presentation_->SetLoop(loops_);
 
-  GFile* file = g_file_new_for_commandline_arg(movie.c_str());
-  char* uri = g_file_get_uri(file);
-  gtk_recent_manager_add_item(gtk_recent_manager_get_default(), uri);
-  g_free(uri);
-  g_object_unref(file);
+  gtk_recent_manager_add_item(gtk_recent_manager_get_default(), UriOf(movie).c_str());
 }
 
 void PlayerWindow::TellProblem(const std::string& text) {

@@ -14,6 +14,7 @@
 #include "client/desktop/bar_shelf.h"
 #include "client/desktop/main_menu.h"
 #include "client/desktop/message_bar.h"
+#include "client/desktop/mpris.h"
 #include "client/desktop/pages.h"
 #include "client/desktop/presentation.h"
 #include "client/desktop/settings.h"
@@ -42,6 +43,7 @@ class PlayerWindow {
   void MakeMenus();
   void MakeBar();
   void MakeSite();
+  void JoinBus();
 
   // A key that the movie made nothing of. Whether it is a shortcut.
   bool RunShortcut(unsigned key);
@@ -49,7 +51,12 @@ class PlayerWindow {
   void FollowMovieSize();
   void FitSite();
   void SetFullScreen(bool on);
+  void PlayOrPause();
+  void Seek(uint32_t ms);
+  void SetSpeed(double speed);
+  void SetLoop(bool loop);
   void Refresh();
+  Mpris::State BusState() const;
   void TellProblem(const std::string& text);
 
   void SavePicture();
@@ -70,9 +77,11 @@ class PlayerWindow {
   std::unique_ptr<SiteEvents> events_;
   Stage stage_{};
   std::unique_ptr<Presentation> presentation_;
+  uint32_t opened_ = 0;  // how many movies
   double speed_ = 1;
   bool loops_ = true;
   bool fullScreen_ = false;
+  std::unique_ptr<Mpris> bus_;
   Watch refresh_, later_;
 };
 

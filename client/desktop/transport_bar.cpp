@@ -16,10 +16,17 @@ struct SpeedRow {
   const char* text;
   double speed;
 };
-constexpr SpeedRow kSpeeds[] = {{"¼×", 0.25}, {"½×", 0.5}, {"1×", 1}, {"2×", 2}, {"4×", 4}};
-constexpr int kNormalSpeed = 2;  // in the table
+constexpr SpeedRow kSpeeds[] = {
+    {"¼×", kSlowest}, {"½×", 0.5}, {"1×", 1}, {"2×", 2}, {"4×", kFastest}};
 
 constexpr int kMargin = 4;  // pixels
+
+// In the table; -1: not there.
+int RowOf(double speed) {
+  const auto* const row = std::find_if(std::begin(kSpeeds), std::end(kSpeeds),
+                                       [speed](const SpeedRow& one) { return one.speed == speed; });
+  return row == std::end(kSpeeds) ? -1 : static_cast<int>(row - kSpeeds);
+}
 
 }  // namespace
 
@@ -76,14 +83,13 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   speed_ = gtk_combo_box_text_new();
   for (const SpeedRow& row : kSpeeds)
     gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(speed_), row.text);
-  gtk_combo_box_set_active(GTK_COMBO_BOX(speed_), kNormalSpeed);
   gtk_widget_set_focus_on_click(speed_, FALSE);
   gtk_widget_set_tooltip_text(speed_, "Speed");
   gtk_box_pack_start(GTK_BOX(bar_), speed_, FALSE, FALSE, 0);
   g_signal_connect(speed_, "changed", G_CALLBACK(+[](GtkComboBox* box, gpointer self) {
+                     auto* bar = static_cast<TransportBar*>(self);
                      const int row = gtk_combo_box_get_active(box);
-                     if (row >= 0 && row < static_cast<int>(std::size(kSpeeds)))
-                       static_cast<TransportBar*>(self)->actions_.setSpeed(kSpeeds[row].speed);
+                     if (!bar->showing_ && row >= 0) bar->actions_.setSpeed(kSpeeds[row].speed);
                    }),
                    this);
 
@@ -92,15 +98,15 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
       GTK_BUTTON(loop_),
       gtk_image_new_from_icon_name("media-playlist-repeat-symbolic", GTK_ICON_SIZE_BUTTON));
   gtk_button_set_relief(GTK_BUTTON(loop_), GTK_RELIEF_NONE);
-  gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(loop_), TRUE);
   gtk_widget_set_focus_on_click(loop_, FALSE);
   gtk_widget_set_tooltip_text(loop_, "Begin again at the end");
   gtk_box_pack_start(GTK_BOX(bar_), loop_, FALSE, FALSE, 0);
-  g_signal_connect(
-      loop_, "toggled", G_CALLBACK(+[](GtkToggleButton* button, gpointer self) {
-        static_cast<TransportBar*>(self)->actions_.setLoop(gtk_toggle_button_get_active(button));
-      }),
-      this);
+  g_signal_connect(loop_, "toggled", G_CALLBACK(+[](GtkToggleButton* button, gpointer self) {
+                     auto* bar = static_cast<TransportBar*>(self);
+                     if (!bar->showing_)
+                       bar->actions_.setLoop(gtk_toggle_button_get_active(button));
+                   }),
+                   this);
   Button("view-fullscreen-symbolic", "full", "Full screen (F, F11)",
          [this] { actions_.fullScreen(); });
   gtk_widget_show_all(bar_);
@@ -122,6 +128,8 @@ void TransportBar::Show(const State& state) {
   GtkRange* range = GTK_RANGE(seek_);
   gtk_range_set_range(range, 0, length);
   gtk_range_set_value(range, hasPlaces ? std::min(state.position, length) : 0);
+  gtk_combo_box_set_active(GTK_COMBO_BOX(speed_), RowOf(state.speed));
+  gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(loop_), state.loops);
   gtk_range_set_fill_level(range, state.loading ? length * (state.loadedPercent / 100.0) : length);
   std::string text = TimeText(state.position) + " / " + TimeText(state.length);
   if (state.loading) {

@@ -9,6 +9,9 @@
 
 namespace vexel::client {
 
+// Of what the user can choose, as a multiple of the movie's own speed.
+constexpr double kSlowest = 0.25, kFastest = 4;
+
 class TransportBar {
  public:
   // What the user does with it.
@@ -34,6 +37,8 @@ class TransportBar {
     int loadedPercent = 100;
     bool loading = false;    // shows how much is in
     bool buffering = false;  // and that it is waited for
+    double speed = 1;        // no row is chosen if it is none of the bar's
+    bool loops = true;
   };
   void Show(const State& state);
 
