@@ -184,8 +184,10 @@ bool SPlayer::TabKeyDown(int32_t key, int32_t modifiers) {
     }
     return static_cast<bool>(focusButton.button);
   }
-  // Without the frame on the screen the other keys are not for buttons.
-  if (!focusButton.button || RectIsEmpty(&display.tabFocusRect)) return false;
+  // The other keys are for buttons only while the frame shows one. It can be
+  // left over: when the pointer is lost its button goes idle, and a tab that
+  // leads on to a text finds no button to take the frame from.
+  if (!focusButton.button || focus || RectIsEmpty(&display.tabFocusRect)) return false;
   savedButton.Set(focusButton.button.Get(), focusButton.bounds);
   switch (key) {
     case kKeyLeft:

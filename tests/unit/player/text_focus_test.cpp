@@ -288,6 +288,20 @@ TEST_F(TextTab, ToAFieldSelectsItWhole) {
   EXPECT_TRUE(RectIsEmpty(&stage.tabFocusRect));
 }
 
+// The button under the frame went idle with the pointer, so tab has none to take
+// the frame from.
+TEST_F(TextTab, ToAFieldGivesItTheKeysAlthoughAFrameIsLeftOver) {
+  Begin();
+  Tabs(2);
+  player.CancelCapture(true);
+  Key(kKeyTab);
+  EXPECT_EQ(Keyboard(), "30");
+  EXPECT_FALSE(RectIsEmpty(&stage.tabFocusRect));
+  Show();
+  EXPECT_TRUE(Key(kKeyRight));
+  EXPECT_EQ(State(30), "u|vw");
+}
+
 TEST_F(TextTab, AwayFromAFieldTakesItsSelection) {
   Begin();
   Key(kKeyTab);
