@@ -126,7 +126,7 @@ void EditText::LineEnd(bool shift, bool control) {
     MoveCursor(length, shift);
     return;
   }
-  int32_t end = FindLineEnd(FindLineNumber(selectionCursor));
+  int32_t end = FindLineEnd(selectionCursor);
   if (LineBreakOK_Index(end)) {
     ++end;
     atLineEnd = true;
@@ -136,8 +136,9 @@ void EditText::LineEnd(bool shift, bool control) {
 
 // The same column in line `line`, as far as that one reaches.
 void EditText::MoveToLine(int32_t line, int32_t column, bool shift) {
-  const int64_t index = int64_t{LineStart(line)} + column;
-  MoveCursor(static_cast<int32_t>(std::min<int64_t>(index, FindLineEnd(line))), shift);
+  const int32_t start = LineStart(line);
+  const int64_t index = int64_t{start} + column;
+  MoveCursor(static_cast<int32_t>(std::min<int64_t>(index, FindLineEnd(start))), shift);
   atLineEnd = false;
 }
 
@@ -150,7 +151,7 @@ void EditText::LineUp(bool shift) {
 void EditText::LineDown(bool shift) {
   const int32_t cursor = CursorInItsLine();
   const int32_t line = FindLineNumber(cursor);
-  const bool last = FindLineEnd(line) >= length;
+  const bool last = FindLineEnd(cursor) >= length;
   MoveToLine(last ? line : line + 1, cursor - LineStart(line), shift);
 }
 

@@ -27,21 +27,20 @@ int32_t EditText::FindLineNumber(int32_t i) const {
   return line;
 }
 
-int32_t EditText::FindLineEnd(int32_t line) const {
+int32_t EditText::FindLineEnd(int32_t i) const {
+  const int32_t line = FindLineNumber(i);
   if (line >= lineCount - 1) return length;
   return std::clamp(lineStarts.At(line + 1) - 1, 0, length);
 }
 
 // Required: the widths are those from the start of the text, whichever line the
-// cursor is on.
+// cursor is on; and while lines have no height, so that none is visible, the
+// first line shown is the one below the cursor's.
 void EditText::FindCursor(const SRECT* rect, const int32_t* widths) {
   const int32_t line = FindLineNumber(selectionCursor);
   const int32_t visible = CalcVisibleLines();
-  if (line < vscroll) {
-    vscroll = line;
-  } else if (line - vscroll >= visible) {
-    vscroll = line - visible + 1;
-  }
+  if (line < vscroll) vscroll = line;
+  if (line - vscroll >= visible) vscroll = line - visible + 1;
 
   if (flags & kEditTextWordWrap) return;
   const int32_t column = selectionCursor - LineStart(line);

@@ -47,8 +47,9 @@ bool EditText::EndsWord(int32_t index) const {
 
 // The index of the character that `x` is nearest to in line `line`.
 int32_t EditText::IndexAt(int32_t line, SCOORD x, SCOORD xmax) {
-  const int32_t end = FindLineEnd(line);
-  int32_t i = static_cast<int32_t>(std::min(int64_t{LineStart(line)} + hscroll, int64_t{end}));
+  const int32_t start = LineStart(line);
+  const int32_t end = FindLineEnd(start);
+  int32_t i = static_cast<int32_t>(std::min(int64_t{start} + hscroll, int64_t{end}));
   int32_t left = lineX.At(line);
   while (i < length && buffer[i]) {
     if (i >= end) {
@@ -111,9 +112,9 @@ void EditText::AutoScroll() {
   vscroll = std::min(vscroll, CalcMaxVScroll());
 
   if ((flags & kEditTextWordWrap) || align != kAlignLeft) return;
-  const int32_t line = FindLineNumber(selectionCursor);
-  const int32_t column = selectionCursor - LineStart(line);
-  const int32_t end = FindLineEnd(line) - LineStart(line);
+  const int32_t start = LineStart(FindLineNumber(selectionCursor));
+  const int32_t column = selectionCursor - start;
+  const int32_t end = FindLineEnd(selectionCursor) - start;
   if (p.x > inner.xmax && column < end && hscroll < end) ++hscroll;
   if (p.x < inner.xmin && column >= 1 && hscroll >= 1) --hscroll;
 }

@@ -113,10 +113,10 @@ class EditText {
   // Rows that fit into `textRect`; 0 without a line height.
   int32_t CalcVisibleLines() const;
   int32_t CalcMaxVScroll() const;
-  // The line that holds index `i`, and the index behind line `line`'s last
-  // character that the cursor can take without wrapping.
+  // The line that holds index `i`, the last of those that start there, and the
+  // index behind its last character that the cursor can take without wrapping.
   int32_t FindLineNumber(int32_t i) const;
-  int32_t FindLineEnd(int32_t line) const;
+  int32_t FindLineEnd(int32_t i) const;
   // Scrolls so that the cursor is seen in `rect`; `widths` as `charWidths`.
   void FindCursor(const SRECT* rect, const int32_t* widths);
   static bool LineBreakOK(uint16_t c, uint16_t next);

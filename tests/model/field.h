@@ -85,7 +85,7 @@ struct Field {
   }
   i32 LineStart(i32 line) const;
   i32 LineNumber(i32 i) const;
-  i32 LineEnd(i32 line) const;
+  i32 LineEnd(i32 i) const;
   bool Breaks(i32 i) const;
   Point Local(Point pixel) const;
 

@@ -26,7 +26,8 @@ i32 Field::LineNumber(i32 i) const {
   return line;
 }
 
-i32 Field::LineEnd(i32 line) const {
+i32 Field::LineEnd(i32 i) const {
+  const i32 line = LineNumber(i);
   if (line >= lineCount - 1) return Length();
   // As drawn last; the text may be shorter by now.
   const i32 next = lineStarts[static_cast<size_t>(line + 1)];
@@ -82,11 +83,8 @@ bool Field::CalculateLineStarts(i32 maxWidth, i32 indent) {
 
 void Field::FindCursor() {
   const i32 line = LineNumber(cursor), visible = VisibleLines();
-  if (line < vscroll) {
-    vscroll = line;
-  } else if (line >= vscroll + visible) {
-    vscroll = line - visible + 1;
-  }
+  if (line < vscroll) vscroll = line;
+  if (line >= vscroll + visible) vscroll = line - visible + 1;
   if (flags & kWrap) return;
   const i32 column = cursor - LineStart(line);
   if (hscroll < column) {
@@ -149,8 +147,8 @@ bool Field::Lay(const STransform& t) {
   Parser layout;
   layout.script = desc.font->data;
   layout.pos = desc.layout;
-  ascent = static_cast<i32>(layout.GetWord()) * fontHeight / 1024;
-  const i32 descent = static_cast<i32>(layout.GetWord()) * fontHeight / 1024;
+  ascent = static_cast<i16>(layout.GetWord()) * fontHeight / 1024;
+  const i32 descent = static_cast<i16>(layout.GetWord()) * fontHeight / 1024;
   lineHeight = ascent + descent + r.leading;
 
   Stroker stroker;

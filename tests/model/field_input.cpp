@@ -112,7 +112,7 @@ void Field::HandleKeyDown(int key, int modifiers) {
       if (control) {
         Go(Length(), extend);
       } else {
-        i32 end = LineEnd(LineNumber(cursor));
+        i32 end = LineEnd(cursor);
         if (Breaks(end)) {
           ++end;
           atLineEnd = true;
@@ -169,7 +169,7 @@ void Field::HandleKeyDown(int key, int modifiers) {
     case 14: {
       stepBack();
       const i32 line = LineNumber(cursor), column = cursor - LineStart(line);
-      const i32 above = line > 0 ? line - 1 : line, to = LineStart(above), end = LineEnd(above);
+      const i32 above = line > 0 ? line - 1 : line, to = LineStart(above), end = LineEnd(to);
       Go(to + column < end ? to + column : end, extend);
       atLineEnd = false;
       break;
@@ -177,8 +177,8 @@ void Field::HandleKeyDown(int key, int modifiers) {
     case 15: {
       stepBack();
       const i32 line = LineNumber(cursor), column = cursor - LineStart(line);
-      const i32 below = LineEnd(line) < Length() ? line + 1 : line;
-      const i32 to = LineStart(below), end = LineEnd(below);
+      const i32 below = LineEnd(cursor) < Length() ? line + 1 : line;
+      const i32 to = LineStart(below), end = LineEnd(to);
       Go(to + column < end ? to + column : end, extend);
       atLineEnd = false;
       break;
@@ -225,7 +225,7 @@ void Field::DoMouse(Point pixel, bool down, u32 now) {
   if (row < 0) row = 0;
   i32 line = row + vscroll;
   if (line > lineCount) line = lineCount;
-  const i32 start = LineStart(line), end = LineEnd(line);
+  const i32 start = LineStart(line), end = LineEnd(start);
   i32 i = start + hscroll;
   if (i > end) i = end;
   i32 x = static_cast<size_t>(line) < lineX.size() ? lineX[static_cast<size_t>(line)] : 0;
@@ -259,8 +259,8 @@ void Field::AutoScroll() {
   if (p.y > r.ymax && cursor < Length() && vscroll < lineCount - 1) ++vscroll;
   if (vscroll > MaxVScroll()) vscroll = MaxVScroll();
   if (flags & kWrap || align != 0) return;
-  const i32 line = LineNumber(cursor), start = LineStart(line);
-  const i32 column = cursor - start, end = LineEnd(line) - start;
+  const i32 start = LineStart(LineNumber(cursor));
+  const i32 column = cursor - start, end = LineEnd(cursor) - start;
   if (p.x > r.xmax && column < end && hscroll < end) ++hscroll;
   if (p.x < r.xmin && column >= 1 && hscroll >= 1) --hscroll;
 }

@@ -228,6 +228,17 @@ TEST_F(Keys, UpAndDownKeepTheColumnAsFarAsTheLineReaches) {
   EXPECT_EQ(AfterKey(kKeyUp, kModifierShift), "a|bcd\rb<\rabcd");
 }
 
+// An indent that leaves no room makes an empty line in front of the characters,
+// which starts where they do.
+TEST_F(Keys, UpAndDownAreHeldToTheEndOfTheLineThatTheTargetsStartIsOn) {
+  Place(WithLayout(kEditWordWrap, {.indent = 2500}));
+  ASSERT_TRUE(Draw("ab\rcd"));
+  ASSERT_EQ(LineStarts(), (std::vector<int32_t>{0, 0, 3, 3, 5}));
+  At(1);
+  EXPECT_EQ(AfterKey(kKeyDown), "ab\rc|d");
+  EXPECT_EQ(AfterKey(kKeyUp), "ab\rc|d");
+}
+
 TEST_F(Keys, UpOnTheFirstAndDownOnTheLastLineStay) {
   Make("abc\rabc");
   At(2);

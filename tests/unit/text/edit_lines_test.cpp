@@ -65,10 +65,10 @@ TEST_F(Lines, ALineHoldsFromItsStartToBeforeTheNext) {
            {-1, 0}, {0, 0}, {3, 0}, {4, 1}, {6, 1}, {7, 2}, {8, 2}, {99, 2}}) {
     EXPECT_EQ(text->FindLineNumber(index), line) << index;
   }
-  EXPECT_EQ(text->FindLineEnd(0), 3);
-  EXPECT_EQ(text->FindLineEnd(1), 6);
-  EXPECT_EQ(text->FindLineEnd(2), 8);
-  EXPECT_EQ(text->FindLineEnd(99), 8);
+  for (const auto& [index, end] : std::vector<std::pair<int, int>>{
+           {-1, 3}, {0, 3}, {3, 3}, {4, 6}, {6, 6}, {7, 8}, {8, 8}, {99, 8}}) {
+    EXPECT_EQ(text->FindLineEnd(index), end) << index;
+  }
 }
 
 TEST_F(Lines, ATextWithoutLinesHasTheFirst) {
@@ -77,11 +77,12 @@ TEST_F(Lines, ATextWithoutLinesHasTheFirst) {
   EXPECT_EQ(text->FindLineEnd(0), 0);
 }
 
-TEST_F(Lines, AnEmptyLineAtTheStartEndsAtZero) {
+TEST_F(Lines, OfLinesThatStartAtOneIndexTheLastHoldsIt) {
   Place(Field());
   text->SetBuffer("abc");
-  SetLines({0, 0, 3});
-  EXPECT_EQ(text->FindLineEnd(0), 0);
+  SetLines({0, 0, 2, 3});
+  EXPECT_EQ(text->FindLineNumber(0), 1);
+  EXPECT_EQ(text->FindLineEnd(0), 1);
 }
 
 TEST_F(Lines, StaleTablesAreCutToTheText) {
@@ -109,6 +110,14 @@ TEST_F(Lines, TheCursorsLineIsScrolledIntoView) {
   EXPECT_EQ(FindFrom(0, 3), "0 2");
   At(12);
   EXPECT_EQ(FindFrom(0, 1), "0 2") << "the last of five rows";
+  EXPECT_EQ(FindFrom(0, 2), "0 2");
+}
+
+TEST_F(Lines, WithoutALineHeightTheLineBelowTheCursorsIsTheFirst) {
+  Make("a\ra\ra\ra");
+  SetRows(5000, 700, 0);
+  At(2);
+  EXPECT_EQ(FindFrom(0, 0), "0 2");
   EXPECT_EQ(FindFrom(0, 2), "0 2");
 }
 

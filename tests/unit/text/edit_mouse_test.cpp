@@ -71,6 +71,14 @@ TEST_F(Pointer, AClickTakesTheRowThatItIsIn) {
   EXPECT_EQ(CursorAfterClick(Column(2), 40 + 1000), 7);
 }
 
+// An indent that leaves no room makes an empty line in front of the characters.
+TEST_F(Pointer, AClickOnAnEmptyLineTakesItsStart) {
+  Place(WithLayout(kEditWordWrap, {.indent = 2500}));
+  ASSERT_TRUE(Draw("ab\rcd"));
+  EXPECT_EQ(CursorAfterClick(Column(1), Row(2)), 3);
+  EXPECT_EQ(CursorAfterClick(Column(1), Row(3)), 4);
+}
+
 TEST_F(Pointer, BelowTheLastLineIsTheEndOfTheText) {
   Make("abcd\rab");
   EXPECT_EQ(CursorAfterClick(Column(0), Row(4)), 7);
