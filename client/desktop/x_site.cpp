@@ -27,6 +27,8 @@ XSite::~XSite() {
 INT32 XSite::SetSize(_QKxSize size) {
   if (size.width < 0 || size.height < 0) return ZEM_BAD_ARGUMENT;
   movieSize_ = size;
+  // Of another movie, whose picture is as new as itself.
+  picture_->DamageAll();
   if (onWish) onWish();
   Fit(area_);
   return ZEM_OK;
@@ -46,9 +48,7 @@ void XSite::Fit(_QKxSize area) {
   }
   const INT32 left = (area.width - size.width) / 2, top = (area.height - size.height) / 2;
   const _QKxRect place{left, top, left + size.width, top + size.height};
-  const bool same = shown_ && place.left == placed_.left && place.top == placed_.top &&
-                    place.right == placed_.right && place.bottom == placed_.bottom;
-  if (same) return;
+  if (shown_ && AreEqual(place, placed_)) return;
   placed_ = place;
   XMoveResizeWindow(display_, window_, left, top, static_cast<unsigned>(size.width),
                     static_cast<unsigned>(size.height));
@@ -64,13 +64,47 @@ void XSite::Hide() {
   movieSize_ = {0, 0};
 }
 
+INT32 XSite::DamageRect(_QKxRect rect) {
+  picture_->Damage(rect);
+  return ZEM_OK;
+}
+
+INT32 XSite::DamageAll() {
+  picture_->DamageAll();
+  return ZEM_OK;
+}
+
+// The plug-in asks twice for each change, and amid the drawing of a new size
+// for the picture that is still empty.
+INT32 XSite::ForceRedraw() {
+  if (drawing_ || !picture_->damaged()) return ZEM_OK;
+  const Ref<XSite> self(this);
+  drawing_ = true;
+  const INT32 result = Site::ForceRedraw();
+  drawing_ = false;
+  return result;
+}
+
 bool XSite::Forward(XEvent* event) {
-  if (event->type == Expose) {
-    if (event->xexpose.count == 0) picture_->Show();
-    return true;
+  XEvent inPicture = *event;
+  switch (event->type) {
+    case Expose: {
+      const XExposeEvent& part = event->xexpose;
+      picture_->Show({part.x, part.y, part.x + part.width, part.y + part.height});
+      return true;
+    }
+    case ButtonPress:
+    case ButtonRelease:
+      picture_->ToPicture(&inPicture.xbutton.x, &inPicture.xbutton.y);
+      break;
+    case MotionNotify:
+      picture_->ToPicture(&inPicture.xmotion.x, &inPicture.xmotion.y);
+      break;
+    default:
+      break;
   }
   void* window = reinterpret_cast<void*>(static_cast<uintptr_t>(window_));
-  _QKxEvent told{static_cast<UINT32>(event->type), window, nullptr, event, 0, 0};
+  _QKxEvent told{static_cast<UINT32>(event->type), window, nullptr, &inPicture, 0, 0};
   Send(&told);
   return told.handled != 0;
 }

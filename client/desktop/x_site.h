@@ -13,11 +13,17 @@ namespace vexel::client {
 
 class XSite : public Site {
  public:
-  // `parent` must outlive the site. The window is not shown yet.
+  // `parent` must outlive the site. The window is not shown yet. Throws
+  // std::runtime_error, with a text for people, on a display without the
+  // colours for movies.
   XSite(Display* display, Window parent);
 
   // The movie's own size, told by the plug-in: a wish.
   INT32 SetSize(_QKxSize size) override;
+  INT32 DamageRect(_QKxRect rect) override;
+  INT32 DamageAll() override;
+  // Draws if there is something to draw.
+  INT32 ForceRedraw() override;
   std::function<void()> onWish;
   _QKxSize movieSize() const { return movieSize_; }
 
@@ -30,8 +36,9 @@ class XSite : public Site {
   Window window() const { return window_; }
   const XSurface& picture() const { return *picture_; }
 
-  // An event of this window, or a key press meant for it. Whether the plug-in
-  // handled it.
+  // An event of this window, or a key press meant for it; the pointer's place
+  // in a picture that is smaller than the window is told as one of the picture.
+  // Whether the plug-in handled it.
   bool Forward(XEvent* event);
 
  protected:
@@ -46,6 +53,7 @@ class XSite : public Site {
   _QKxSize area_{0, 0};
   _QKxRect placed_{0, 0, 0, 0};
   bool shown_ = false;
+  bool drawing_ = false;
 };
 
 }  // namespace vexel::client

@@ -1,39 +1,27 @@
-// Pixels go through pixman, which copies them as they are where sizes and
-// formats agree, and else scales and converts.
+// The server reads shared memory when it comes to it, so each copy waits until
+// the one before has been read.
 #include "client/desktop/x_surface.h"
 
 #include <X11/Xutil.h>
 #include <gdk/gdkx.h>
-#include <pixman.h>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
 namespace vexel::client {
 
 namespace {
 
 constexpr int kMaxSide = 16384;
+constexpr int kRowPad = 32;  // bits, as pictures of an X server have them at most
 
-// How the window's pixels lie in memory; 0 for a kind that is not supported.
-pixman_format_code_t FormatOf(const XImage* image) {
-  if (image->bits_per_pixel == 32) {
-    return image->red_mask == 0xFF ? PIXMAN_x8b8g8r8 : PIXMAN_x8r8g8b8;
-  }
-  if (image->bits_per_pixel == 16)
-    return image->green_mask == 0x3E0 ? PIXMAN_x1r5g5b5 : PIXMAN_r5g6b5;
-  return static_cast<pixman_format_code_t>(0);
-}
-
-pixman_image_t* Wrap(XImage* image) {
-  const pixman_format_code_t format = FormatOf(image);
-  if (format == 0) return nullptr;
-  return pixman_image_create_bits(format, image->width, image->height,
-                                  reinterpret_cast<uint32_t*>(image->data), image->bytes_per_line);
-}
+// Where pictures may go; far from where numbers overflow.
+constexpr _QKxRect kPlaces{-kMaxSide, -kMaxSide, 2 * kMaxSide, 2 * kMaxSide};
 
 int HostByteOrder() {
   const uint16_t probe = 1;
@@ -42,13 +30,35 @@ int HostByteOrder() {
   return first == 1 ? LSBFirst : MSBFirst;
 }
 
+bool Covers(const _QKxRect& outer, const _QKxRect& inner) {
+  return AreEqual(Intersection(outer, inner), inner);
+}
+
+// Rounded down, so that the last pixel stays inside.
+int Scaled(int at, int from, int to) {
+  return from > 0 ? static_cast<int>(int64_t{at} * to / from) : at;
+}
+
 }  // namespace
 
 XSurface::XSurface(Display* display, Window window) : display_(display), window_(window) {
   XWindowAttributes attributes;
-  XGetWindowAttributes(display_, window_, &attributes);
+  if (!XGetWindowAttributes(display_, window_, &attributes))
+    throw std::runtime_error("the window has gone");
   visual_ = attributes.visual;
   depth_ = attributes.depth;
+  XImage* one = XCreateImage(display_, visual_, static_cast<unsigned>(depth_), ZPixmap, 0, nullptr,
+                             1, 1, kRowPad, 0);
+  if (!one) throw std::bad_alloc();
+  // A palette has no masks.
+  layout_ = {one->bits_per_pixel, static_cast<uint32_t>(one->red_mask),
+             static_cast<uint32_t>(one->green_mask), static_cast<uint32_t>(one->blue_mask)};
+  XDestroyImage(one);
+  if (!KnowsLayout(layout_)) {
+    throw std::runtime_error("the display's colours (" + std::to_string(depth_) +
+                             " bits a pixel) are of a kind that movies cannot be shown in; a "
+                             "display with true colours is needed");
+  }
   gc_ = XCreateGC(display_, window_, 0, nullptr);
   // Shared memory takes pixels as they are.
   mayShare_ = XShmQueryExtension(display_) && ImageByteOrder(display_) == HostByteOrder();
@@ -93,7 +103,7 @@ bool XSurface::MakeShared(int width, int height) {
 
 void XSurface::MakePlain(int width, int height) {
   image_ = XCreateImage(display_, visual_, static_cast<unsigned>(depth_), ZPixmap, 0, nullptr,
-                        static_cast<unsigned>(width), static_cast<unsigned>(height), 32, 0);
+                        static_cast<unsigned>(width), static_cast<unsigned>(height), kRowPad, 0);
   if (!image_) return;
   image_->byte_order = HostByteOrder();  // the library turns it for the server
   image_->data = static_cast<char*>(
@@ -128,74 +138,73 @@ void XSurface::Resize(_QKxSize size) {
   const int height = std::clamp(size.height, 0, kMaxSide);
   if (image_ && width == image_->width && height == image_->height) return;
   Drop();
+  DamageAll();
   if (width == 0 || height == 0) return;
   if (!MakeShared(width, height)) MakePlain(width, height);
 }
 
-INT32 XSurface::CopyBitmap(const UINT8* pixels, const QKBitmapInfo* info, const _QKxRect& dest,
-                           const _QKxRect& source) {
-  if (!pixels || !info || info->width <= 0 || info->height <= 0) return ZEM_BAD_ARGUMENT;
-  if (!image_) return ZEM_UNEXPECTED;
-  const int sourceWidth = source.right - source.left, sourceHeight = source.bottom - source.top;
-  const int width = dest.right - dest.left, height = dest.bottom - dest.top;
-  if (sourceWidth <= 0 || sourceHeight <= 0 || width <= 0 || height <= 0) return ZEM_OK;
-  Finish();
-  // Neither is written to.
-  auto* words = reinterpret_cast<uint32_t*>(const_cast<UINT8*>(pixels));
-  pixman_image_t* from = pixman_image_create_bits_no_clear(PIXMAN_x8r8g8b8, info->width,
-                                                           info->height, words, info->width * 4);
-  pixman_image_t* to = Wrap(image_);
-  INT32 result = ZEM_FAILED;
-  if (from && to) {
-    int left = source.left, top = source.top;
-    if (width != sourceWidth || height != sourceHeight) {
-      const double x = static_cast<double>(sourceWidth) / width;
-      const double y = static_cast<double>(sourceHeight) / height;
-      pixman_transform_t transform;
-      pixman_transform_init_scale(&transform, pixman_double_to_fixed(x), pixman_double_to_fixed(y));
-      pixman_transform_translate(&transform, nullptr, pixman_int_to_fixed(source.left),
-                                 pixman_int_to_fixed(source.top));
-      pixman_image_set_transform(from, &transform);
-      pixman_image_set_filter(from, PIXMAN_FILTER_BEST, nullptr, 0);
-      pixman_image_set_repeat(from, PIXMAN_REPEAT_PAD);
-      left = top = 0;
-    }
-    pixman_image_composite32(PIXMAN_OP_SRC, from, nullptr, to, left, top, 0, 0, dest.left, dest.top,
-                             width, height);
-    result = ZEM_OK;
-  }
-  if (from) pixman_image_unref(from);
-  if (to) pixman_image_unref(to);
-  Show();
-  return result;
+void XSurface::Damage(const _QKxRect& rect) {
+  if (!IsEmpty(rect)) damage_ = Union(damage_, rect);
 }
 
-void XSurface::Show() {
-  if (!image_) return;
-  const auto width = static_cast<unsigned>(image_->width);
-  const auto height = static_cast<unsigned>(image_->height);
+PictureMemory XSurface::Memory() const {
+  return {image_->data, image_->width, image_->height, image_->bytes_per_line, layout_};
+}
+
+INT32 XSurface::CopyBitmap(const UINT8* pixels, const QKBitmapInfo* info, const _QKxRect& dest,
+                           const _QKxRect& source) {
+  if (!pixels || !info || info->bitsPerPixel != kPictureLayout.bitsPerPixel || info->width <= 0 ||
+      info->height <= 0)
+    return ZEM_BAD_ARGUMENT;
+  const _QKxRect picture{0, 0, info->width, info->height};
+  if (!Covers(picture, source) || !Covers(kPlaces, dest)) return ZEM_BAD_ARGUMENT;
+  if (!image_) return ZEM_UNEXPECTED;
+  if (IsEmpty(dest) || IsEmpty(source)) return ZEM_OK;
+  if (!AreEqual(dest, dest_) || !AreEqual(source, source_)) DamageAll();
+  dest_ = dest;
+  source_ = source;
+  const _QKxRect all{0, 0, image_->width, image_->height};
+  const _QKxRect part = Intersection(all, allDamaged_ ? dest : PartOf(dest, source, damage_));
+  allDamaged_ = false;
+  damage_ = {0, 0, 0, 0};
+  if (IsEmpty(part)) return ZEM_OK;
+  Finish();
+  // Not written to.
+  const PictureMemory from{const_cast<UINT8*>(pixels), info->width, info->height, info->width * 4,
+                           kPictureLayout};
+  if (!CopyPicture(from, source, Memory(), dest, part)) return ZEM_OUT_OF_MEMORY;
+  copies_++;
+  Show(part);
+  return ZEM_OK;
+}
+
+void XSurface::Show(const _QKxRect& part) {
+  const _QKxRect shown = Intersection(part, {0, 0, width(), height()});
+  if (IsEmpty(shown)) return;
+  const auto across = static_cast<unsigned>(shown.right - shown.left);
+  const auto down = static_cast<unsigned>(shown.bottom - shown.top);
   if (segment_.shmaddr) {
-    XShmPutImage(display_, window_, gc_, image_, 0, 0, 0, 0, width, height, False);
+    XShmPutImage(display_, window_, gc_, image_, shown.left, shown.top, shown.left, shown.top,
+                 across, down, False);
     copying_ = true;
   } else {
-    XPutImage(display_, window_, gc_, image_, 0, 0, 0, 0, width, height);
+    XPutImage(display_, window_, gc_, image_, shown.left, shown.top, shown.left, shown.top, across,
+              down);
   }
   XFlush(display_);
 }
 
+void XSurface::ToPicture(int* x, int* y) const {
+  *x = Scaled(*x - dest_.left, dest_.right - dest_.left, source_.right - source_.left);
+  *y = Scaled(*y - dest_.top, dest_.bottom - dest_.top, source_.bottom - source_.top);
+}
+
 std::vector<uint8_t> XSurface::Rgb() const {
   if (!image_) return {};
-  const auto width = static_cast<size_t>(image_->width),
-             height = static_cast<size_t>(image_->height);
-  std::vector<uint32_t> words(width * height);
-  pixman_image_t* from = Wrap(image_);
-  pixman_image_t* to = pixman_image_create_bits(PIXMAN_x8r8g8b8, image_->width, image_->height,
-                                                words.data(), image_->width * 4);
-  if (from && to)
-    pixman_image_composite32(PIXMAN_OP_SRC, from, nullptr, to, 0, 0, 0, 0, 0, 0, image_->width,
-                             image_->height);
-  if (from) pixman_image_unref(from);
-  if (to) pixman_image_unref(to);
+  const _QKxRect all{0, 0, image_->width, image_->height};
+  std::vector<uint32_t> words(static_cast<size_t>(all.right) * static_cast<size_t>(all.bottom));
+  const PictureMemory to{words.data(), all.right, all.bottom, all.right * 4, kPictureLayout};
+  CopyPicture(Memory(), all, to, all, all);
   std::vector<uint8_t> rgb;
   rgb.reserve(words.size() * 3);
   for (const uint32_t word : words) {
