@@ -15,8 +15,6 @@
 #include "client/core/stream_source.h"
 #include "client/core/values.h"
 #include "client/headless/process_clock.h"
-#include "client/stream/linear_packetizer.h"
-#include "client/stream/nonlinear_packetizer.h"
 
 namespace vexel::client {
 
@@ -70,7 +68,7 @@ StreamClient::StreamClient(StreamSetup setup)
     : setup_(std::move(setup)),
       preferences_(Make<Preferences>("")),
       scheduler_(Make<VirtualScheduler>()) {
-  OpenMovie(setup_.movie);
+  SetMovie(setup_.movie, NewDelivery(setup_.movie));
 }
 
 StreamClient::~StreamClient() {
@@ -81,27 +79,21 @@ StreamClient::~StreamClient() {
   Settle();
 }
 
-void StreamClient::OpenMovie(const std::string& path) {
-  auto movie = std::make_unique<MovieIndex>(ReadFile(path));
-  std::unique_ptr<Packetizer> packetizer;
-  if (setup_.linear) {
-    packetizer =
-        std::make_unique<LinearPacketizer>(movie.get(), setup_.packetBytes, setup_.keyEveryMs);
-  } else {
-    packetizer = std::make_unique<NonLinearPacketizer>(movie.get(), setup_.packetBytes);
-  }
-  movie_ = std::move(movie);
-  packetizer_ = std::move(packetizer);
-  network_ = std::make_unique<LossyNetwork>(setup_.network);
-  jitter_ = std::make_unique<JitterBuffer>(setup_.jitterMs);
+std::unique_ptr<Delivery> StreamClient::NewDelivery(const std::string& path) {
+  DeliveryEnds ends;
+  ends.now = [this] { return networkNow(); };
+  ends.position = [this] { return player_->GetPosition(); };
+  ends.packet = [this](const NetworkPacket& packet) {
+    session_->Packet(NewPacket(NewBuffer(packet.bytes).get(), packet.time, 0).get());
+  };
+  ends.lostPacket = [this] { session_->Packet(NewLostPacket().get()); };
+  return std::make_unique<Delivery>(setup_.delivery, ReadFile(path), std::move(ends));
+}
+
+void StreamClient::SetMovie(const std::string& path, std::unique_ptr<Delivery> delivery) {
+  delivery_ = std::move(delivery);
   url_ = std::filesystem::absolute(path).string();
-  nextPacket_ = 0;
-  numbered_.clear();
-  gate_ = {};
-  // Messages of a linear stream stand alone.
-  if (setup_.linear) gate_.Open();
-  requests_.clear();
-  repeatsAsked_ = ended_ = endTold_ = pastEnd_ = false;
+  endTold_ = pastEnd_ = false;
 }
 
 void StreamClient::Start() {
@@ -123,14 +115,19 @@ void StreamClient::Start() {
 void StreamClient::OpenSession() {
   session_ = std::make_unique<Session>(*library_, services_->context(), player_.get(), site_.get());
   session_->onOpenURL = [this](const std::string& url) { OpenURL(url); };
-  session_->onSeek = [this](uint32_t time) { JumpTo(time); };
+  session_->onSeek = [this](uint32_t time) {
+    delivery_->JumpTo(time);
+    pastEnd_ = false;
+    endTold_ = endTold_ && delivery_->ended();
+  };
 
   StreamSource::SendRequest send;
-  if (setup_.resends) send = [this](IZEMBuffer* request) { TakeRequest(request); };
+  if (setup_.delivery.resends)
+    send = [this](IZEMBuffer* request) { delivery_->Request(BytesOf(request)); };
   const Ref<StreamSource> source = Make<StreamSource>(url_, send);
   Ref<IZEMStream> stream;
   source->GetStream(0, stream.Out());
-  const StreamHeader header = packetizer_->Header();
+  const StreamHeader header = delivery_->Header();
   const uint32_t duration = setup_.durationMs.value_or(header.duration);
   const Ref<IZEMValues> values = NewValues();
   values->SetPropertyULONG32("StreamVersion", 0);
@@ -151,16 +148,17 @@ void StreamClient::OpenSession() {
 // What cannot be shown leaves the presentation as it is.
 void StreamClient::OpenURL(const std::string& url) {
   Location location;
+  std::unique_ptr<Delivery> delivery;
   try {
     if (!Locate(url, &location) || location.http) throw std::runtime_error("is no local movie");
-    const MovieIndex movie(ReadFile(location.path));
+    delivery = NewDelivery(location.path);
   } catch (const std::runtime_error& error) {
     setup_.print("OpenFailed url=" + url);
     return;
   }
   session_->Close();
   session_ = nullptr;
-  OpenMovie(location.path);
+  SetMovie(location.path, std::move(delivery));
   OpenSession();
 }
 
@@ -168,139 +166,28 @@ uint64_t StreamClient::networkNow() const {
   return ProcessClock() + filled_;
 }
 
-void StreamClient::SendNumbered(const StreamPacket& packet) {
-  numbered_.push_back(packet);
-  stats_.sent++;
-  network_->Send(networkNow(), {.number = static_cast<uint32_t>(numbered_.size() - 1),
-                                .time = packet.time,
-                                .bytes = packet.bytes});
-}
-
-void StreamClient::SendDue() {
-  const std::vector<StreamPacket>& packets = packetizer_->packets();
-  const uint64_t horizon = uint64_t{player_->GetPosition()} + setup_.leadMs;
-  while (nextPacket_ < packets.size() && packets[nextPacket_].time <= horizon)
-    SendNumbered(packets[nextPacket_++]);
-}
-
-// Called inside OnPacket: what it asks for is looked at later.
-void StreamClient::TakeRequest(IZEMBuffer* request) {
-  const auto bytes = BytesOf(request);
-  stats_.requests++;
-  requests_.emplace(networkNow() + setup_.network.delayMs,
-                    std::vector<uint8_t>(bytes.begin(), bytes.end()));
-}
-
-void StreamClient::AnswerRequests() {
-  const auto end = requests_.upper_bound(networkNow());
-  for (auto it = requests_.begin(); it != end; ++it) {
-    const std::vector<StreamPacket> answer = packetizer_->Answer(it->second);
-    if (!setup_.linear && !answer.empty()) stats_.dummyBytes += BigAt(it->second, 4, 4);
-    for (const StreamPacket& packet : answer)
-      network_->Send(networkNow(), {.isAnswer = true, .time = packet.time, .bytes = packet.bytes});
-  }
-  requests_.erase(requests_.begin(), end);
-}
-
-void StreamClient::Deliver(JitterBuffer::Output output) {
-  NetworkPacket& packet = output.packet;
-  switch (output.kind) {
-    case JitterBuffer::Kind::kLost:
-      session_->Packet(NewLostPacket().get());
-      return;
-    case JitterBuffer::Kind::kInOrder:
-      HandOver(packet);
-      if (!setup_.linear) gate_.PassedInOrder(packet.bytes);
-      break;
-    case JitterBuffer::Kind::kLate:
-      if (!packetizer_->MakeLate(&packet.bytes)) return;
-      gate_.Put(std::move(packet));
-      break;
-    case JitterBuffer::Kind::kAnswer:
-      gate_.Put(std::move(packet));
-      break;
-  }
-  HandOverResent();
-}
-
-void StreamClient::HandOver(const NetworkPacket& packet) {
-  session_->Packet(NewPacket(NewBuffer(packet.bytes).get(), packet.time, 0).get());
-}
-
-void StreamClient::HandOverResent() {
-  for (const NetworkPacket& packet : gate_.Take()) {
-    stats_.lateWrites++;
-    HandOver(packet);
-  }
-}
-
-// The plug-in misses what a later packet shows to be missing. Of the last ones
-// there is no later one, so the receiver, which knows how many there are, asks
-// for them itself, once.
-void StreamClient::EndIfAllIn() {
-  if (ended_ || nextPacket_ < packetizer_->packets().size()) return;
-  if (network_->NextArrival() != LossyNetwork::kNever ||
-      jitter_->NextDeadline() != JitterBuffer::kNever)
-    return;
-  const auto missing = jitter_->MissingTail(static_cast<uint32_t>(numbered_.size()));
-  if (!missing.empty() && setup_.resends && !std::exchange(repeatsAsked_, true)) {
-    for (const uint32_t number : missing) {
-      stats_.repeats++;
-      const StreamPacket& packet = numbered_[number];
-      // There and back again.
-      network_->Send(
-          networkNow() + setup_.network.delayMs,
-          {.number = number, .isRepeat = true, .time = packet.time, .bytes = packet.bytes});
-    }
-    return;
-  }
-  ended_ = true;
-  gate_.Open();
-  HandOverResent();
-}
-
 // The plug-in takes packets in at its time syncs, and the end at once: so the
 // end is told behind the sync that follows the last packet.
 void StreamClient::TimeSync(uint32_t ms) {
   session_->TimeSync(ms);
-  if (ended_ && session_ && !std::exchange(endTold_, true)) session_->EndOfPackets();
+  if (delivery_->ended() && session_ && !std::exchange(endTold_, true)) session_->EndOfPackets();
 }
 
 bool StreamClient::RunDue() {
-  const uint32_t before = stats_.sent;
-  SendDue();
-  AnswerRequests();
-  bool any = stats_.sent != before;
-  for (NetworkPacket& packet : network_->Receive(networkNow())) {
-    jitter_->Put(networkNow(), std::move(packet));
-    any = true;
-  }
-  for (JitterBuffer::Output& output : jitter_->Take(networkNow())) {
-    Deliver(std::move(output));
-    any = true;
-  }
+  bool any = delivery_->RunDue();
   if (scheduler_->NextDue() <= ProcessClock()) {
     scheduler_->RunDue();
     any = true;
   }
-  const bool ended = ended_;
-  EndIfAllIn();
-  return any || ended_ != ended;
+  return delivery_->EndIfAllIn() || any;
 }
 
-uint64_t StreamClient::NextEvent() const {
-  uint64_t next = std::min(network_->NextArrival(), jitter_->NextDeadline());
-  if (!requests_.empty()) next = std::min(next, requests_.begin()->first);
-  return next;
-}
-
-// The buffer is full once all that is due to be sent has come or was given up.
 void StreamClient::FillBuffer() {
   for (;;) {
     while (RunDue()) {
     }
-    const uint64_t next = NextEvent();
-    if (next == UINT64_MAX) return;
+    const uint64_t next = delivery_->NextEvent();
+    if (next == Delivery::kNever) return;
     filled_ += next - std::min(next, networkNow());
   }
 }
@@ -311,13 +198,11 @@ void StreamClient::Advance(uint64_t ms) {
     while (RunDue()) {
     }
     uint64_t next = std::min(target, scheduler_->NextDue());
-    const uint64_t event = NextEvent();
-    if (event != UINT64_MAX) next = std::min(next, event - std::min(event, filled_));
-    const auto& packets = packetizer_->packets();
-    if (player_->IsRunning() && nextPacket_ < packets.size()) {
-      const uint64_t horizon = uint64_t{player_->GetPosition()} + setup_.leadMs;
-      next = std::min(next, ProcessClock() + packets[nextPacket_].time - horizon);
-    }
+    const uint64_t event = delivery_->NextEvent();
+    if (event != Delivery::kNever) next = std::min(next, event - std::min(event, filled_));
+    const uint64_t send = delivery_->UntilNextSend();
+    if (player_->IsRunning() && send != Delivery::kNever)
+      next = std::min(next, ProcessClock() + send);
     if (ProcessClock() >= target) return;
     SetProcessClock(std::max(next, ProcessClock() + 1));
   }
@@ -369,17 +254,6 @@ void StreamClient::Pause() {
   Settle();
 }
 
-void StreamClient::JumpTo(uint32_t time) {
-  Packetizer::Jump jump = packetizer_->JumpTo(time, nextPacket_);
-  pastEnd_ = false;
-  if (jump.first.empty()) return;
-  // A new beginning: what is under way is of the past.
-  jitter_->JumpTo(static_cast<uint32_t>(numbered_.size()));
-  for (const StreamPacket& packet : jump.first) SendNumbered(packet);
-  nextPacket_ = jump.next;
-  ended_ = endTold_ = repeatsAsked_ = false;
-}
-
 void StreamClient::Seek(uint32_t ms) {
   player_->Player::Seek(ms);
   standingAt_ = ms;
@@ -409,17 +283,6 @@ bool StreamClient::Send(uint32_t code, void* xEvent) {
   site_->Send(&event);
   Settle();
   return event.handled != 0;
-}
-
-StreamStats StreamClient::stats() const {
-  StreamStats stats = stats_;
-  stats.lost = network_->lost();
-  stats.doubles = jitter_->doubles();
-  stats.reported = jitter_->reported();
-  stats.late = jitter_->late();
-  stats.resent = network_->answers();
-  stats.resentLost = network_->answersLost();
-  return stats;
 }
 
 }  // namespace vexel::client

@@ -5,11 +5,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "client/core/event_loop.h"
 #include "client/core/player.h"
@@ -18,42 +16,19 @@
 #include "client/core/session.h"
 #include "client/core/site.h"
 #include "client/headless/virtual_scheduler.h"
-#include "client/stream/jitter_buffer.h"
-#include "client/stream/lossy_network.h"
-#include "client/stream/packetizer.h"
-#include "client/stream/resend_gate.h"
+#include "client/stream/delivery.h"
 
 namespace vexel::client {
 
 struct StreamSetup {
   std::string movie;   // path
   std::string plugin;  // path of the library
-  bool linear = false;
-  size_t packetBytes = 1400;
-  uint32_t keyEveryMs = 2000;  // linear; 0 for none
-  uint32_t leadMs = 5000;      // packets are sent so long before they are due
-  uint32_t jitterMs = 200;     // a missing packet is waited for so long
-  bool resends = true;
+  DeliverySetup delivery{};
   std::optional<uint32_t> durationMs{};  // instead of the movie's own
-  NetworkSetup network{};
-  std::string browser{};  // command; empty: pages are printed only
+  std::string browser{};                 // command; empty: pages are printed only
   std::function<void(const LogReport&)> report{};
   // A line of what the plug-in asked for.
   std::function<void(const std::string&)> print{};
-};
-
-struct StreamStats {
-  uint32_t sent = 0;        // packets, without answers and repeats
-  uint32_t lost = 0;        // of them, on the way
-  uint32_t doubles = 0;     // dropped by the receiver
-  uint32_t reported = 0;    // handed to the plug-in as lost
-  uint32_t late = 0;        // handed over as resends, since they came too late
-  uint32_t requests = 0;    // of the plug-in
-  uint32_t repeats = 0;     // packets at the stream's end that the receiver asked for
-  uint32_t resent = 0;      // packets that answered either
-  uint32_t resentLost = 0;  // of them, on the way
-  uint64_t dummyBytes = 0;  // of the file, filled in since they were missing
-  uint32_t lateWrites = 0;  // answers and late packets handed to the plug-in
 };
 
 class StreamClient {
@@ -65,7 +40,7 @@ class StreamClient {
   StreamClient& operator=(const StreamClient&) = delete;
 
   // Whether the movie's file is cut short; what there is is streamed.
-  bool endsEarly() const { return movie_->endsEarly(); }
+  bool endsEarly() const { return delivery_->movie().endsEarly(); }
   // Before Start.
   Preferences& preferences() const { return *preferences_; }
   // Loads the plug-in, opens the stream, fills the buffer and begins. Nothing is
@@ -91,27 +66,19 @@ class StreamClient {
 
   const MemorySurface& surface() const { return site_->surface(); }
   const ContextMenu& menu() const { return services_->menu(); }
-  StreamStats stats() const;
+  // Of the movie that plays now.
+  DeliveryStats stats() const { return delivery_->stats(); }
 
  private:
-  void OpenMovie(const std::string& path);
+  std::unique_ptr<Delivery> NewDelivery(const std::string& path);
+  void SetMovie(const std::string& path, std::unique_ptr<Delivery> delivery);
   void OpenSession();
   void OpenURL(const std::string& url);
   void Advance(uint64_t ms);
   void FillBuffer();
   // Everything that is due at this moment. True if anything happened.
   bool RunDue();
-  uint64_t NextEvent() const;  // milliseconds of the network's clock
-  void SendDue();
-  void SendNumbered(const StreamPacket& packet);
-  void Deliver(JitterBuffer::Output output);
-  void HandOver(const NetworkPacket& packet);
-  void HandOverResent();
-  void TakeRequest(IZEMBuffer* request);
-  void AnswerRequests();
-  void EndIfAllIn();
   void TimeSync(uint32_t ms);
-  void JumpTo(uint32_t time);
   void Settle();
   uint64_t networkNow() const;
 
@@ -125,23 +92,13 @@ class StreamClient {
   Ref<Site> site_;
 
   // The presentation.
-  std::unique_ptr<MovieIndex> movie_;
-  std::unique_ptr<Packetizer> packetizer_;
-  std::unique_ptr<LossyNetwork> network_;
-  std::unique_ptr<JitterBuffer> jitter_;
-  ResendGate gate_;
+  std::unique_ptr<Delivery> delivery_;
   std::unique_ptr<Session> session_;
   std::string url_;
-  size_t nextPacket_ = 0;                                   // of the packetizer's
-  std::vector<StreamPacket> numbered_;                      // sent, by number
-  std::multimap<uint64_t, std::vector<uint8_t>> requests_;  // by their arrival at the source
   uint64_t filled_ = 0;      // network time that passed while the clock stood, ms
   uint32_t standingAt_ = 0;  // the script's clock while the player stands
-  bool repeatsAsked_ = false;
-  bool ended_ = false;    // all packets are delivered or given up
-  bool endTold_ = false;  // the plug-in was told so
-  bool pastEnd_ = false;  // the plug-in was told of the end of its time
-  StreamStats stats_;
+  bool endTold_ = false;     // the plug-in was told that all packets are in
+  bool pastEnd_ = false;     // the plug-in was told of the end of its time
 };
 
 }  // namespace vexel::client

@@ -145,7 +145,7 @@ void RunPrefs(const Stage& stage, const ScriptArguments& args) {
 }
 
 void RunStats(const Stage& stage, const ScriptArguments&) {
-  const StreamStats stats = stage.client->stats();
+  const DeliveryStats stats = stage.client->stats();
   std::printf(
       "stats sent=%u lost=%u doubles=%u reported=%u late=%u requests=%u repeats=%u resent=%u "
       "resent-lost=%u dummy-bytes=%llu late-writes=%u\n",

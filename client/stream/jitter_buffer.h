@@ -37,6 +37,8 @@ class JitterBuffer {
   // Everything below is in the past: the sender has jumped ahead.
   void JumpTo(uint32_t number);
 
+  // Below it all numbers are handed over or reported.
+  uint32_t next() const { return next_; }
   uint32_t doubles() const { return doubles_; }
   uint32_t reported() const { return reported_; }  // as lost
   uint32_t late() const { return late_; }
@@ -47,7 +49,7 @@ class JitterBuffer {
     NetworkPacket packet;
   };
   uint32_t waitMs_;
-  uint32_t next_ = 0;                    // the number that is handed over next
+  uint32_t next_ = 0;
   std::map<uint32_t, Waiting> waiting_;  // by number
   std::set<uint32_t> lost_;              // reported, and not come since
   std::vector<Output> ready_;
