@@ -62,6 +62,18 @@ bool Preferences::Set(const std::string& key, const std::string& value) {
   return Save();
 }
 
+bool Preferences::Remove(const std::string& key) {
+  return kept_.erase(key) == 0 || Save();
+}
+
+std::vector<std::string> Preferences::Keys(const std::string& prefix) const {
+  std::vector<std::string> keys;
+  for (auto it = kept_.lower_bound(prefix); it != kept_.end() && it->first.starts_with(prefix);
+       ++it)
+    keys.push_back(it->first);
+  return keys;
+}
+
 bool Preferences::Save() const {
   if (path_.empty()) return true;
   GKeyFile* file = g_key_file_new();

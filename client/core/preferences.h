@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "client/core/object.h"
 
@@ -23,6 +24,10 @@ class Preferences : public Object<IZEMPreferences> {
 
   std::optional<std::string> Get(const std::string& key) const;
   bool Set(const std::string& key, const std::string& value);
+  // Of what the file keeps.
+  bool Remove(const std::string& key);
+  // In their order, the keys in the file that begin so.
+  std::vector<std::string> Keys(const std::string& prefix) const;
   // For this process only.
   void SetForNow(const std::string& key, const std::string& value) { now_[key] = value; }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "client/desktop/connect.h"
+#include "client/desktop/shortcuts.h"
 
 namespace vexel::client {
 
@@ -10,6 +11,10 @@ namespace {
 
 constexpr auto kControl = GDK_CONTROL_MASK;
 constexpr auto kNone = static_cast<GdkModifierType>(0);
+
+void AddLine(GtkWidget* menu) {
+  gtk_menu_shell_append(GTK_MENU_SHELL(menu), gtk_separator_menu_item_new());
+}
 
 }  // namespace
 
@@ -21,9 +26,17 @@ MainMenu::MainMenu(GtkWindow* window, Actions actions)
   AddItem(file, "_Open…", GDK_KEY_o, kControl, actions_.openFile);
   AddItem(file, "Open _address…", GDK_KEY_l, kControl, actions_.openAddress);
   AddRecent(file);
+  AddItem(file, "_Clear recent", 0, kNone, actions_.clearRecent);
+  AddLine(file);
   AddItem(file, "_Save picture…", GDK_KEY_s, kControl, actions_.savePicture);
+  AddLine(file);
   AddItem(file, "_Preferences…", GDK_KEY_comma, kControl, actions_.preferences);
   AddItem(file, "_Quit", GDK_KEY_q, kControl, actions_.quit);
+
+  GtkWidget* play = AddMenu("_Play");
+  AddItem(play, "_Play or stop", kPlayKey, actions_.playOrPause);
+  AddItem(play, "One frame _back", kBackKey, [this] { actions_.step(-1); });
+  AddItem(play, "One frame _on", kForwardKey, [this] { actions_.step(1); });
 
   GtkWidget* view = AddMenu("_View");
   AddItem(view, "_Full screen", GDK_KEY_F11, kNone, actions_.fullScreen);
@@ -50,6 +63,19 @@ void MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModif
   GtkWidget* item = gtk_menu_item_new_with_mnemonic(text);
   if (key != 0)
     gtk_widget_add_accelerator(item, "activate", keys_, key, modifiers, GTK_ACCEL_VISIBLE);
+  Connect(item, "activate", std::move(run));
+  gtk_menu_shell_append(GTK_MENU_SHELL(menu), item);
+}
+
+void MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned shownKey,
+                       std::function<void()> run) {
+  GtkWidget* item = gtk_menu_item_new();
+  GtkWidget* label = gtk_accel_label_new("");
+  gtk_label_set_text_with_mnemonic(GTK_LABEL(label), text);
+  gtk_label_set_xalign(GTK_LABEL(label), 0);
+  gtk_accel_label_set_accel(GTK_ACCEL_LABEL(label), shownKey, kNone);
+  gtk_label_set_mnemonic_widget(GTK_LABEL(label), item);
+  gtk_container_add(GTK_CONTAINER(item), label);
   Connect(item, "activate", std::move(run));
   gtk_menu_shell_append(GTK_MENU_SHELL(menu), item);
 }

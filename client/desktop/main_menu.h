@@ -15,9 +15,12 @@ class MainMenu {
     std::function<void()> openFile;
     std::function<void()> openAddress;
     std::function<void(const std::string& uri)> openRecent;
+    std::function<void()> clearRecent;
     std::function<void()> savePicture;
     std::function<void()> preferences;
     std::function<void()> quit;
+    std::function<void()> playOrPause;
+    std::function<void(int frames)> step;
     std::function<void()> fullScreen;
     std::function<void()> movieSize;
     std::function<void()> about;
@@ -35,6 +38,8 @@ class MainMenu {
   GtkWidget* AddMenu(const char* text);
   void AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
                std::function<void()> run);
+  // Shows a key that the window takes by itself.
+  void AddItem(GtkWidget* menu, const char* text, unsigned shownKey, std::function<void()> run);
   void AddRecent(GtkWidget* menu);
 
   Actions actions_;

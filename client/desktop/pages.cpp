@@ -9,16 +9,16 @@ namespace vexel::client {
 namespace {
 
 constexpr char kBrowser[] = "xdg-open";
-// A site's name behind it makes the preference's.
-constexpr char kKey[] = "Pages.";
-constexpr char kAllowed[] = "open";
 
 // What the question is about; empty for what is no address.
 std::string SiteOf(const std::string& url) {
   GUri* parts = g_uri_parse(url.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr);
   if (!parts) return {};
   const char* host = g_uri_get_host(parts);
-  const std::string site = host && *host ? host : g_uri_get_scheme(parts);
+  // One form for a name, whatever letters it is written with.
+  char* plain = host && *host ? g_hostname_to_ascii(host) : g_strdup(g_uri_get_scheme(parts));
+  const std::string site = plain ? plain : "";
+  g_free(plain);
   g_uri_unref(parts);
   return site;
 }
@@ -29,11 +29,10 @@ bool Pages::Open(const std::string& url) {
   if (!MayOpen(url)) return false;
   const std::string site = SiteOf(url);
   if (site.empty()) return false;
-  const std::string key = kKey + site;
-  if (preferences_->Get(key) == kAllowed) return RunForURL(kBrowser, url);
+  if (settings_->Allows(site)) return RunForURL(kBrowser, url);
   messages_->Ask("Open a page of " + site + "? " + url, "_Open, and don't ask again",
-                 [this, key, url] {
-                   preferences_->Set(key, kAllowed);
+                 [this, site, url] {
+                   settings_->Allow(site);
                    if (!RunForURL(kBrowser, url))
                      messages_->TellProblem("No browser could be started.");
                  });

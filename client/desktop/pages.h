@@ -4,16 +4,15 @@
 
 #include <string>
 
-#include "client/core/preferences.h"
 #include "client/desktop/message_bar.h"
+#include "client/desktop/settings.h"
 
 namespace vexel::client {
 
 class Pages {
  public:
   // Both outlive this.
-  Pages(Preferences* preferences, MessageBar* messages)
-      : preferences_(preferences), messages_(messages) {}
+  Pages(Settings* settings, MessageBar* messages) : settings_(settings), messages_(messages) {}
   Pages(const Pages&) = delete;
   Pages& operator=(const Pages&) = delete;
 
@@ -21,7 +20,7 @@ class Pages {
   bool Open(const std::string& url);
 
  private:
-  Preferences* preferences_;
+  Settings* settings_;
   MessageBar* messages_;
 };
 

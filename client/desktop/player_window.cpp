@@ -2,13 +2,16 @@
 
 #include <gdk/gdkx.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <utility>
 
+#include "client/desktop/drops.h"
 #include "client/desktop/file_dialogs.h"
 #include "client/desktop/movie_menu.h"
+#include "client/desktop/movie_name.h"
+#include "client/desktop/picture_file.h"
 #include "client/desktop/preferences_dialog.h"
+#include "client/desktop/recent_movies.h"
 #include "client/desktop/shortcuts.h"
 
 namespace vexel::client {
@@ -16,31 +19,6 @@ namespace vexel::client {
 namespace {
 
 constexpr uint32_t kRefreshMs = 100;
-constexpr _QKxSize kFirstSize{640, 400};
-constexpr int kSmallest = 120;          // of a side of the movie's place, pixels
-constexpr double kShareOfScreen = 0.9;  // that a new movie's window takes at most
-
-// The URI of a path or an address.
-std::string UriOf(const std::string& url) {
-  GFile* file = g_file_new_for_commandline_arg(url.c_str());
-  char* text = g_file_get_uri(file);
-  const std::string uri = text;
-  g_free(text);
-  g_object_unref(file);
-  return uri;
-}
-
-// The movie's name for people: of its file, or of an address the last part.
-std::string NameOf(const std::string& url) {
-  const std::string uri = UriOf(url);
-  const std::string plain = uri.substr(0, uri.find_first_of("?#"));
-  char* last = g_uri_unescape_string(std::filesystem::path(plain).filename().c_str(), nullptr);
-  char* shown = g_filename_display_name(last && *last ? last : url.c_str());
-  const std::string name = shown;
-  g_free(shown);
-  g_free(last);
-  return name;
-}
 
 Display* XDisplay() {
   return GDK_DISPLAY_XDISPLAY(gdk_display_get_default());
@@ -55,12 +33,14 @@ PlayerWindow::PlayerWindow(EventLoop* loop, const PluginLibrary* library,
       http_(std::make_unique<HttpService>(loop)) {
   MakeWidgets();
   MakeSite();
+  TakeSettings();
   stage_ = {loop, library, http_.get(), settings_.kept(), site_.get(), std::move(report)};
   JoinBus();
   Refresh();
 }
 
 PlayerWindow::~PlayerWindow() {
+  frame_->Keep();
   bus_ = nullptr;
   presentation_ = nullptr;
   events_ = nullptr;
@@ -92,34 +72,16 @@ void PlayerWindow::MakeWindow() {
   gtk_widget_add_events(window_, GDK_POINTER_MOTION_MASK);
 }
 
-void PlayerWindow::TakeDrops() {
-  gtk_drag_dest_set(window_, GTK_DEST_DEFAULT_ALL, nullptr, 0, GDK_ACTION_COPY);
-  gtk_drag_dest_add_uri_targets(window_);
-  g_signal_connect(window_, "drag-data-received",
-                   G_CALLBACK(+[](GtkWidget*, GdkDragContext*, int, int, GtkSelectionData* data,
-                                  unsigned, unsigned, gpointer self) {
-                     char** uris = gtk_selection_data_get_uris(data);
-                     // Not inside the drop, whose end the other program waits for.
-                     if (uris && uris[0]) {
-                       auto* window = static_cast<PlayerWindow*>(self);
-                       window->later_ = window->loop_->Soon(
-                           [window, uri = std::string(uris[0])] { window->Open(uri); });
-                     }
-                     g_strfreev(uris);
-                   }),
-                   this);
-}
-
 void PlayerWindow::MakeWidgets() {
   MakeWindow();
-  TakeDrops();
+  TakeDrops(loop_, window_, [this](const std::string& uri) { Open(uri); });
   GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   gtk_container_add(GTK_CONTAINER(window_), box);
   MakeMenus();
   gtk_box_pack_start(GTK_BOX(box), menus_->widget(), FALSE, FALSE, 0);
   messages_ = std::make_unique<MessageBar>();
   gtk_box_pack_start(GTK_BOX(box), messages_->widget(), FALSE, FALSE, 0);
-  pages_ = std::make_unique<Pages>(settings_.kept(), messages_.get());
+  pages_ = std::make_unique<Pages>(&settings_, messages_.get());
 
   GtkWidget* overlay = gtk_overlay_new();
   gtk_box_pack_start(GTK_BOX(box), overlay, TRUE, TRUE, 0);
@@ -140,7 +102,7 @@ void PlayerWindow::MakeWidgets() {
 
   MakeBar();
   shelf_ = std::make_unique<BarShelf>(loop_, GTK_OVERLAY(overlay), area_, bar_->widget());
-  gtk_window_set_default_size(GTK_WINDOW(window_), kFirstSize.width, kFirstSize.height);
+  frame_ = std::make_unique<WindowFrame>(GTK_WINDOW(window_), &settings_);
   gtk_widget_show_all(box);
   gtk_widget_show(window_);
 }
@@ -175,9 +137,10 @@ void PlayerWindow::MakeSite() {
   GdkWindow* parent = gtk_widget_get_window(area_);
   gdk_window_ensure_native(parent);
   site_ = Make<XSite>(XDisplay(), GDK_WINDOW_XID(parent));
-  site_->onWish = [this] { FollowMovieSize(); };
+  site_->onWish = [this] {
+    if (!settings_.keepsSize()) FollowMovieSize();
+  };
   shelf_->Raise();
-  shelf_->SetPlace(settings_.barPlace());
   events_ = std::make_unique<SiteEvents>(
       window_, site_.get(),
       SiteEvents::Actions{.moved = [this](bool dragging) { shelf_->Moved(dragging); },
@@ -203,22 +166,34 @@ void PlayerWindow::MakeSite() {
 void PlayerWindow::MakeMenus() {
   menus_ = std::make_unique<MainMenu>(
       GTK_WINDOW(window_),
-      MainMenu::Actions{
-          .openFile =
-              [this] {
-                if (const auto path = AskForMovie(GTK_WINDOW(window_))) Open(*path);
-              },
-          .openAddress =
-              [this] {
-                if (const auto url = AskForAddress(GTK_WINDOW(window_))) Open(*url);
-              },
-          .openRecent = [this](const std::string& uri) { Open(uri); },
-          .savePicture = [this] { SavePicture(); },
-          .preferences = [this] { ShowPreferences(GTK_WINDOW(window_), settings_.kept()); },
-          .quit = [] { gtk_main_quit(); },
-          .fullScreen = [this] { SetFullScreen(!fullScreen_); },
-          .movieSize = [this] { FollowMovieSize(); },
-          .about = [this] { About(); }});
+      MainMenu::Actions{.openFile =
+                            [this] {
+                              if (const auto path = AskForMovie(GTK_WINDOW(window_))) Open(*path);
+                            },
+                        .openAddress =
+                            [this] {
+                              if (const auto url = AskForAddress(GTK_WINDOW(window_))) Open(*url);
+                            },
+                        .openRecent = [this](const std::string& uri) { Open(uri); },
+                        .clearRecent = ClearRecentMovies,
+                        .savePicture = [this] { SaveShownPicture(); },
+                        .preferences =
+                            [this] {
+                              ShowPreferences(GTK_WINDOW(window_), &settings_,
+                                              [this] { TakeSettings(); });
+                            },
+                        .quit = [] { gtk_main_quit(); },
+                        .playOrPause =
+                            [this] {
+                              if (presentation_) presentation_->PlayOrPause();
+                            },
+                        .step =
+                            [this](int frames) {
+                              if (presentation_) presentation_->StepFrames(frames);
+                            },
+                        .fullScreen = [this] { SetFullScreen(!fullScreen_); },
+                        .movieSize = [this] { FollowMovieSize(); },
+                        .about = [this] { About(); }});
 }
 
 bool PlayerWindow::RunShortcut(unsigned key) {
@@ -252,10 +227,6 @@ void PlayerWindow::FitSite() {
 }
 
 void PlayerWindow::FollowMovieSize() {
-  const _QKxSize size = site_->movieSize();
-  if (fullScreen_ || gtk_window_is_maximized(GTK_WINDOW(window_)) || size.width <= 0 ||
-      size.height <= 0)
-    return;
   // As they will be: messages may just have come or gone.
   int besides = shelf_->Room();
   for (GtkWidget* widget : {menus_->widget(), messages_->widget()}) {
@@ -263,17 +234,16 @@ void PlayerWindow::FollowMovieSize() {
     gtk_widget_get_preferred_height(widget, nullptr, &height);
     besides += height;
   }
+  frame_->Follow(site_->movieSize(), besides);
+}
 
-  GdkRectangle screen;
-  GdkMonitor* monitor =
-      gdk_display_get_monitor_at_window(gdk_display_get_default(), gtk_widget_get_window(window_));
-  gdk_monitor_get_workarea(monitor, &screen);
-  const int scale = gtk_widget_get_scale_factor(area_);
-  const double wish = std::min({1.0 / scale, screen.width * kShareOfScreen / size.width,
-                                (screen.height * kShareOfScreen - besides) / size.height});
-  gtk_window_resize(GTK_WINDOW(window_),
-                    std::max(kSmallest, static_cast<int>(size.width * wish + 0.5)),
-                    std::max(kSmallest, static_cast<int>(size.height * wish + 0.5)) + besides);
+void PlayerWindow::TakeSettings() {
+  const int room = shelf_->Room();
+  shelf_->SetPlace(settings_.barPlace());
+  frame_->Grow(shelf_->Room() - room);
+  // What the user set in the bar stays unless this very preference changes.
+  const bool before = std::exchange(settingLoops_, settings_.loops());
+  if (settingLoops_ != before) SetLoop(settingLoops_);
 }
 
 void PlayerWindow::SetFullScreen(bool on) {
@@ -366,30 +336,17 @@ void PlayerWindow::Open(const std::string& movie) {
   presentation_->SetSpeed(speed_);
   presentation_->SetLoop(loops_);
 
-  gtk_recent_manager_add_item(gtk_recent_manager_get_default(), UriOf(movie).c_str());
+  if (settings_.listsRecent()) AddRecentMovie(UriOf(movie));
 }
 
 void PlayerWindow::TellProblem(const std::string& text) {
   messages_->TellProblem(NameOf(presentation_->url()) + ": " + text);
 }
 
-void PlayerWindow::SavePicture() {
-  const XSurface& picture = site_->picture();
-  // As it is now, not when the dialog is through.
-  std::vector<uint8_t> rgb = picture.Rgb();
-  const int width = picture.width(), height = picture.height();
-  if (!presentation_ || rgb.empty()) return;
+void PlayerWindow::SaveShownPicture() {
+  if (!presentation_) return;
   const std::string name = std::filesystem::path(NameOf(presentation_->url())).stem().string();
-  const auto path = AskWhereToSave(GTK_WINDOW(window_), "Save the picture", name + ".png");
-  if (!path) return;
-  GdkPixbuf* pixels = gdk_pixbuf_new_from_data(rgb.data(), GDK_COLORSPACE_RGB, FALSE, 8, width,
-                                               height, width * 3, nullptr, nullptr);
-  GError* error = nullptr;
-  if (!gdk_pixbuf_save(pixels, path->c_str(), "png", &error, nullptr)) {
-    messages_->TellProblem(std::string("The picture was not saved: ") + error->message);
-    g_error_free(error);
-  }
-  g_object_unref(pixels);
+  SavePicture(GTK_WINDOW(window_), site_->picture(), name, messages_.get());
 }
 
 void PlayerWindow::About() {

@@ -20,6 +20,7 @@
 #include "client/desktop/settings.h"
 #include "client/desktop/site_events.h"
 #include "client/desktop/transport_bar.h"
+#include "client/desktop/window_frame.h"
 #include "client/desktop/x_site.h"
 
 namespace vexel::client {
@@ -39,7 +40,6 @@ class PlayerWindow {
  private:
   void MakeWidgets();
   void MakeWindow();
-  void TakeDrops();
   void MakeMenus();
   void MakeBar();
   void MakeSite();
@@ -49,6 +49,8 @@ class PlayerWindow {
   bool RunShortcut(unsigned key);
 
   void FollowMovieSize();
+  // From now on, and all that is set so far.
+  void TakeSettings();
   void FitSite();
   void SetFullScreen(bool on);
   void PlayOrPause();
@@ -59,7 +61,7 @@ class PlayerWindow {
   Mpris::State BusState() const;
   void TellProblem(const std::string& text);
 
-  void SavePicture();
+  void SaveShownPicture();
   void About();
   void MovieMenu();
 
@@ -68,6 +70,7 @@ class PlayerWindow {
   std::unique_ptr<HttpService> http_;
   GtkWidget* window_ = nullptr;
   GtkWidget* area_ = nullptr;  // the movie's, with the bars beside it
+  std::unique_ptr<WindowFrame> frame_;
   std::unique_ptr<MainMenu> menus_;
   std::unique_ptr<MessageBar> messages_;
   std::unique_ptr<Pages> pages_;
@@ -80,6 +83,7 @@ class PlayerWindow {
   uint32_t opened_ = 0;  // how many movies
   double speed_ = 1;
   bool loops_ = true;
+  bool settingLoops_ = true;  // as the preferences have it
   bool fullScreen_ = false;
   std::unique_ptr<Mpris> bus_;
   Watch refresh_, later_;

@@ -3,11 +3,14 @@
 
 #include <gtk/gtk.h>
 
-#include "client/core/preferences.h"
+#include <functional>
+
+#include "client/desktop/settings.h"
 
 namespace vexel::client {
 
-// Returns when the user is through; what was changed is kept by then.
-void ShowPreferences(GtkWindow* parent, Preferences* preferences);
+// Returns when the user is through. What is changed is kept at once, and
+// `changed` told of the window's own.
+void ShowPreferences(GtkWindow* parent, Settings* settings, std::function<void()> changed);
 
 }  // namespace vexel::client

@@ -51,6 +51,27 @@ TEST(Preferences, OnlyPlainKeysAreWritten) {
   EXPECT_EQ(preferences->ReadPref(nullptr, out.Out()), ZEM_BAD_ARGUMENT);
 }
 
+TEST(Preferences, KeysOfOneKindAreListedInOrder) {
+  const auto preferences = Make<Preferences>("");
+  for (const char* key : {"Pages.b", "Page", "Pages.a", "Pagest", "Quality"})
+    preferences->Set(key, "1");
+  EXPECT_EQ(preferences->Keys("Pages."), (std::vector<std::string>{"Pages.a", "Pages.b"}));
+  EXPECT_TRUE(preferences->Keys("Zoo").empty());
+}
+
+TEST(Preferences, WhatIsRemovedIsGoneFromTheFile) {
+  const TempFolder folder;
+  const std::string path = folder / "p.ini";
+  const auto preferences = Make<Preferences>(path);
+  preferences->Set("a", "1");
+  preferences->Set("b", "2");
+  EXPECT_TRUE(preferences->Remove("a"));
+  EXPECT_TRUE(preferences->Remove("never there"));
+  const auto again = Make<Preferences>(path);
+  EXPECT_EQ(Read(again.get(), "a"), "(none)");
+  EXPECT_EQ(Read(again.get(), "b"), "2");
+}
+
 TEST(Preferences, ADamagedFileIsAnEmptyOne) {
   const TempFolder folder;
   const std::string path = folder.Write("p.ini", "no group\x01\xFF = [");

@@ -1,0 +1,36 @@
+// How large the window is: as each movie wants it, or as it was the last time.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include "client/core/site.h"
+#include "client/desktop/settings.h"
+
+namespace vexel::client {
+
+constexpr int kSmallest = 120;  // of a side of the movie's place
+
+// Sizes are of the window's units, of which a pixel of a movie may be a part.
+class WindowFrame {
+ public:
+  // Both outlive this. Sets the window's first size.
+  WindowFrame(GtkWindow* window, Settings* settings);
+  WindowFrame(const WindowFrame&) = delete;
+  WindowFrame& operator=(const WindowFrame&) = delete;
+
+  // Makes room for a movie at its own size, pixels, or as much of it as is
+  // sensible, and for what is `besides` it below each other.
+  void Follow(_QKxSize movie, int besides);
+  // Makes it so much taller.
+  void Grow(int height);
+  // Keeps the size for the next time, if the user wants that.
+  void Keep() const;
+
+ private:
+  bool IsFree() const;  // to have any size
+
+  GtkWindow* window_;
+  Settings* settings_;
+};
+
+}  // namespace vexel::client
