@@ -19,12 +19,6 @@ struct EmptyText {
 };
 EmptyText g_empty = {{kStaticRefs, 0, 0}, 0};
 
-INT32 TextLength(const char* text) {
-  if (!text) return 0;
-  size_t length = strlen(text);
-  return length > 0x7FFFFFFF ? 0x7FFFFFFF : static_cast<INT32>(length);
-}
-
 }  // namespace
 
 char* g_emptyText = g_empty.header.Characters();
@@ -108,18 +102,10 @@ void CQKString::ConcatCopy(INT32 count1, const char* source1, INT32 count2, cons
   if (count2 > 0) memcpy(data + count1, source2, static_cast<size_t>(count2));
 }
 
-void CQKString::ConcatInPlace(INT32 count, const char* source) {
-  if (count <= 0) return;
+// Of a text that is shared or has no room.
+void CQKString::ConcatElsewhere(INT32 count, const char* source) {
   ForgetField();
   CStringData* block = Header();
-  int64_t length = static_cast<int64_t>(block->length) + count;
-  if (block->refs <= 1 && length <= block->allocLength) {
-    // Even of our own text, the source ends where the new characters begin.
-    memcpy(data + block->length, source, static_cast<size_t>(count));
-    block->length = static_cast<INT32>(length);
-    data[length] = 0;
-    return;
-  }
   // The source may lie in the old block, which stays until all is copied.
   ConcatCopy(block->length, block->Characters(), count, source);
   if (Header() != block) SafeRelease(block);
@@ -164,28 +150,6 @@ CQKString& CQKString::operator=(char c) {
   return *this;
 }
 
-CQKString& CQKString::operator+=(const CQKString& other) {
-  ConcatInPlace(other.GetLength(), other.data);
-  return *this;
-}
-
-CQKString& CQKString::operator+=(const char* text) {
-  ConcatInPlace(TextLength(text), text);
-  return *this;
-}
-
-CQKString& CQKString::operator+=(char c) {
-  CStringData* block = Header();
-  if (block->refs <= 1 && block->length < block->allocLength) {
-    ForgetField();
-    data[block->length++] = c;
-    data[block->length] = 0;
-  } else {
-    ConcatInPlace(1, &c);
-  }
-  return *this;
-}
-
 CQKString operator+(const CQKString& a, const CQKString& b) {
   CQKString sum;
   sum.ConcatCopy(a.GetLength(), a.data, b.GetLength(), b.data);
@@ -194,13 +158,13 @@ CQKString operator+(const CQKString& a, const CQKString& b) {
 
 CQKString operator+(const CQKString& a, const char* b) {
   CQKString sum;
-  sum.ConcatCopy(a.GetLength(), a.data, TextLength(b), b);
+  sum.ConcatCopy(a.GetLength(), a.data, CQKString::TextLength(b), b);
   return sum;
 }
 
 CQKString operator+(const char* a, const CQKString& b) {
   CQKString sum;
-  sum.ConcatCopy(TextLength(a), a, b.GetLength(), b.data);
+  sum.ConcatCopy(CQKString::TextLength(a), a, b.GetLength(), b.data);
   return sum;
 }
 

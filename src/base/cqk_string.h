@@ -5,6 +5,8 @@
 // one keeps its text. Used on the host's thread only; counts are plain integers.
 #pragma once
 
+#include <cstring>
+
 #include "base/qk_text.h"
 #include "zem/zem_types.h"
 
@@ -49,9 +51,20 @@ class CQKString {
   CQKString& operator=(const CQKString& other);
   CQKString& operator=(const char* text);
   CQKString& operator=(char c);
-  CQKString& operator+=(const CQKString& other);
-  CQKString& operator+=(const char* text);
-  CQKString& operator+=(char c);
+  // Here in the header, since most appending has room already and knows the
+  // length of what it appends.
+  CQKString& operator+=(const CQKString& other) {
+    ConcatInPlace(other.GetLength(), other.data);
+    return *this;
+  }
+  CQKString& operator+=(const char* text) {
+    ConcatInPlace(TextLength(text), text);
+    return *this;
+  }
+  CQKString& operator+=(char c) {
+    ConcatInPlace(1, &c);
+    return *this;
+  }
   // Appends `count` characters, which may contain zeros.
   void Append(const char* text, INT32 count) { ConcatInPlace(count, text); }
 
@@ -130,10 +143,29 @@ class CQKString {
   void AllocCopy(CQKString& target, INT32 count, INT32 first) const;
   void AssignCopy(INT32 count, const char* source);
   void ConcatCopy(INT32 count1, const char* source1, INT32 count2, const char* source2);
-  void ConcatInPlace(INT32 count, const char* source);
+  void ConcatInPlace(INT32 count, const char* source) {
+    if (count <= 0) return;
+    CStringData* block = Header();
+    if (block->refs > 1 || count > block->allocLength - block->length) {
+      ConcatElsewhere(count, source);
+      return;
+    }
+    ForgetField();
+    // Even of our own text, the source ends where the new characters begin.
+    memcpy(data + block->length, source, static_cast<size_t>(count));
+    block->length += count;
+    data[block->length] = 0;
+  }
+  void ConcatElsewhere(INT32 count, const char* source);
   bool CopyBeforeWrite();
   bool AllocBeforeWrite(INT32 length, CStringData*& old);
   bool MoveToExact(INT32 room);
+  // 0 for null; what an INT32 can't hold is cut off.
+  static INT32 TextLength(const char* text) {
+    if (!text) return 0;
+    size_t length = strlen(text);
+    return length > 0x7FFFFFFF ? 0x7FFFFFFF : static_cast<INT32>(length);
+  }
 
   friend CQKString operator+(const CQKString& a, const CQKString& b);
   friend CQKString operator+(const CQKString& a, const char* b);

@@ -32,7 +32,25 @@ HTTPParser::~HTTPParser() {
 }
 
 void HTTPParser::clearMessageLines() {
-  while (!IsEmpty()) delete static_cast<CQKString*>(RemoveHead());
+  while (!IsEmpty()) {
+    CQKString* line = static_cast<CQKString*>(RemoveHead());
+    if (line >= m_kept && line < m_kept + kKept) {
+      line->Empty();
+    } else {
+      delete line;
+    }
+  }
+}
+
+// Adds a line to those of the message; false without memory.
+bool HTTPParser::AddLine(const CQKString& text) {
+  bool kept = GetCount() < kKept;
+  CQKString* line = kept ? &m_kept[GetCount()] : new (std::nothrow) CQKString;
+  if (!line) return false;
+  *line = text;
+  if (AddTail(line)) return true;
+  if (!kept) delete line;
+  return false;
 }
 
 // The line at `at`, which moves on.
@@ -51,13 +69,7 @@ UINT32 HTTPParser::scanMessageHeader(const char* data, UINT32 size) {
   bool afterLine = false;
   for (;;) {
     MIMEToken token = scanner.nextToken("\n");
-    CQKString* line = new (std::nothrow) CQKString(token.text);
-    if (!line) return 0;
-    if (!AddTail(line)) {
-      delete line;
-      return 0;
-    }
-    if (token.end == MIMEInputStream::kEnd) return 0;
+    if (!AddLine(token.text) || token.end == MIMEInputStream::kEnd) return 0;
     if (afterLine && token.IsBlank()) break;
     afterLine = true;
   }
@@ -151,18 +163,15 @@ void HTTPParser::SetVersionOf(HTTPMessage* message, const CQKString& protocol) {
 bool HTTPParser::parseProtocolVersion(const CQKString& text, INT32& major, INT32& minor) {
   int point = text.Find('.');
   if (!BeginsWithProtocol(text) || point <= kProtocolLength) return false;
-  major = ToDecimal(text.Mid(kProtocolLength, point - kProtocolLength));
-  minor = ToDecimal(text.Mid(point + 1));
+  major = ToDecimal(static_cast<const char*>(text) + kProtocolLength);
+  minor = ToDecimal(static_cast<const char*>(text) + point + 1);
   return true;
 }
 
-// Null for a line without a name.
+// Null for a line without a name. No line begins with a blank.
 MIMEHeader* HTTPParser::parseHeader(const CQKString& line) {
-  MIMEInputStream stream(line);
-  MIMEScanner scanner(stream);
-  MIMEToken name = scanner.nextToken(":");
-  if (name.IsBlank()) return nullptr;
-  return new (std::nothrow) MIMEHeader(name.text, line, parseHeaderLine);
+  if (line.IsEmpty() || line[0] == ':') return nullptr;
+  return new (std::nothrow) MIMEHeader(line, parseHeaderLine);
 }
 
 // The values of a whole line, which begins with the header's name.

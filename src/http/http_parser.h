@@ -28,7 +28,11 @@ class HTTPParser : public CQKSimpleList {
   static void parseWWWAuthenticateHeaderValues(const CQKString& text, MIMEHeader* header);
 
  private:
+  // A browser's request has no more lines as a rule.
+  static constexpr INT32 kKept = 24;
+
   void clearMessageLines();
+  bool AddLine(const CQKString& text);
   UINT32 scanMessageHeader(const char* data, UINT32 size);
   bool IsSimpleRequest() const;
   const CQKString& NextLine(void*& at) const;
@@ -41,6 +45,8 @@ class HTTPParser : public CQKSimpleList {
   static MIMEHeader* parseHeader(const CQKString& line);
   static void parseHeaderLine(const CQKString& line, MIMEHeader* header);
   static void parseHeaderValue(const CQKString& text, MIMEHeader* header);
+
+  CQKString m_kept[kKept];  // the first lines; the others are allocated
 };
 
 }  // namespace vexel

@@ -4,6 +4,8 @@
 
 #include <new>
 
+#include "http/mime_scanner.h"
+
 namespace vexel {
 
 void MIMEParameter::asString(CQKString& out) const {
@@ -75,8 +77,17 @@ MIMEHeader::~MIMEHeader() {
   clearHeaderValueList();
 }
 
+const CQKString& MIMEHeader::name() {
+  if (m_name.IsEmpty() && !m_line.IsEmpty()) {
+    MIMEInputStream stream(m_line);
+    m_name = MIMEScanner(stream).nextToken(":").text;
+  }
+  return m_name;
+}
+
 void MIMEHeader::Split() {
   if (!m_split) return;
+  name();
   SplitLine split = m_split;
   m_split = nullptr;
   split(m_line, this);

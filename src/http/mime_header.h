@@ -55,18 +55,18 @@ class MIMEHeader {
   // Adds to the header the values of a line.
   using SplitLine = void (*)(const CQKString& line, MIMEHeader* header);
 
-  explicit MIMEHeader(const CQKString& name) : MIMEHeader(name, CQKString(), nullptr) {}
-  // Most headers of a message are never looked at, so the line is split when
-  // somebody first asks for the values.
-  MIMEHeader(const CQKString& name, const CQKString& line, SplitLine split)
-      : m_name(name), m_line(line), m_split(split), m_cursor(nullptr) {}
+  explicit MIMEHeader(const CQKString& name) : m_name(name), m_split(nullptr), m_cursor(nullptr) {}
+  // Most headers of a message are never looked at, so the line "name: values" is
+  // taken apart when somebody first asks for its name, or for the values.
+  MIMEHeader(const CQKString& line, SplitLine split)
+      : m_line(line), m_split(split), m_cursor(nullptr) {}
   virtual ~MIMEHeader();
   // Appends the values, joined with ",", and a line end.
   virtual void asString(CQKString& out);
   MIMEHeader(const MIMEHeader&) = delete;
   MIMEHeader& operator=(const MIMEHeader&) = delete;
 
-  const CQKString& name() const { return m_name; }
+  const CQKString& name();
   // Takes `value` over; null is nothing. Without memory it is dropped.
   void addHeaderValue(MIMEHeaderValue* value);
   void addHeaderValue(const CQKString& text);
@@ -80,9 +80,9 @@ class MIMEHeader {
  private:
   void Split();
 
-  CQKString m_name;
-  CQKString m_line;   // not split yet
-  SplitLine m_split;  // null: there is nothing to split
+  CQKString m_name;   // empty: still in the line
+  CQKString m_line;   // until both name and values have been taken from it
+  SplitLine m_split;  // null: there are no values to take
   CQKSimpleList m_values;
   void* m_cursor;
 };

@@ -44,6 +44,8 @@ class MIMEInputStream {
   // The characters that messages are split at have a bit each. What a set of
   // them has, and the line ends; 0 if one of it is none of those.
   static UINT32 BitsOf(const char* set);
+  // What a word runs up to: its ends, controls, and the backslash in it.
+  static constexpr UINT32 kWordStops = 0x200;
   // Whether `c`, which is not the end, is one of a set.
   static bool IsOneOf(UINT32 bits, int c);
   // Appends to `out` what comes before the next character of the set `stops`,
@@ -51,7 +53,13 @@ class MIMEInputStream {
   // back.
   void readPlain(UINT32 stops, CQKString& out);
   // Reads over spaces and tabs.
-  void skipBlanks();
+  void skipBlanks() {
+    if (m_pushed) {
+      if (m_pushedBack != ' ' && m_pushedBack != '\t') return;
+      read();
+    }
+    while (m_position < m_size && (*rest() == ' ' || *rest() == '\t')) m_position++;
+  }
 
  private:
   const char* rest() const { return static_cast<const char*>(m_text) + m_position; }

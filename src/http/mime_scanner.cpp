@@ -12,10 +12,6 @@ bool IsBlank(int c) {
   return c == ' ' || c == '\t';
 }
 
-bool EndsWord(int c) {
-  return (c >= 0 && c < 0x20) || c == 0x7F || (c > 0 && strchr(" \t=:;,-", c));
-}
-
 }  // namespace
 
 void MIMEScanner::skipWS() {
@@ -75,12 +71,13 @@ MIMEToken MIMEScanner::WordToken() {
   bool quoted = c == '"';
   if (quoted) c = m_stream.read();
   while (c != kEnd) {
-    if (!quoted && EndsWord(c)) break;
+    bool escape = c == '\\';
+    if (!quoted && !escape && MIMEInputStream::IsOneOf(MIMEInputStream::kWordStops, c)) break;
     if (quoted && c == '"') {
       c = m_stream.read();
       break;
     }
-    if (c == '\\') {
+    if (escape) {
       // Required: only a quote is taken out of the stream, so a backslash before
       // any other character doubles that character.
       c = m_stream.peek();
@@ -88,6 +85,7 @@ MIMEToken MIMEScanner::WordToken() {
       if (c == '"') m_stream.read();
     }
     token.text += static_cast<char>(c);
+    if (!quoted) m_stream.readPlain(MIMEInputStream::kWordStops, token.text);
     c = m_stream.read();
   }
   m_stream.pushBack(c);
