@@ -18,6 +18,10 @@ namespace {
 // What starting a parser costs, as bytes of a glyph.
 constexpr int32_t kGlyphCost = 32;
 
+// Bytes of glyphs read that count as a tag: a small file can place a text of
+// long glyphs that can't be copied any number of times.
+constexpr int32_t kBytesPerTag = 4;
+
 // Within it no curve is dropped, divided or held because of where it lies.
 constexpr SCOORD kSafe = 16000;
 
@@ -53,25 +57,30 @@ uint32_t FontOffset(const SCharacter* font, uint32_t entry) {
 // its own makes colours each time.
 void GlyphEdges::Build(SCharacter* font, uint32_t glyph, const MATRIX* mat, RColor* color,
                        Built* built) {
+  DisplayList* display = m_object->display;
+  built->font = nullptr;
+  built->cost = kGlyphCost;
+  if (!display->SpendTags(1)) return;
   const int32_t size = font->data.length;
   const int64_t offset = FontOffset(font, glyph);
   const int32_t start = static_cast<int32_t>(offset < size ? offset : size);
   const RColor* colors = m_object->colors;
-  const int32_t edgesBefore = m_object->display->edgeCount;
+  const int32_t edgesBefore = display->edgeCount;
   SCharacterParser parser(font->player, font->data.bytes, size, start, mat);
   parser.object = m_object;
   parser.UseGlyphColor(color);
   RectSetEmpty(&built->extent);
   parser.extent = &built->extent;
   parser.BuildEdges(false, &m_object->devBounds);
-  built->cost = kGlyphCost + parser.pos - start;
-  built->count = m_object->display->edgeCount - edgesBefore;
+  built->cost += parser.pos - start;
+  display->SpendTags(built->cost / kBytesPerTag);
+  built->count = display->edgeCount - edgesBefore;
   built->newest = m_object->edges;
   built->glyph = glyph;
   built->mat = *mat;
-  const bool whole = m_object->display->edgeCount < kMaxEdges;
+  const bool whole = display->edgeCount < kMaxEdges;
   const bool plain = color && m_object->colors == colors;
-  built->font = whole && plain && IsSafe(built->extent, {0, 0}) ? font : nullptr;
+  if (whole && plain && IsSafe(built->extent, {0, 0})) built->font = font;
 }
 
 // False, with nothing added, where a shift is not the same as building.

@@ -27,7 +27,8 @@ class GlyphEdges {
 
   // Adds the outline of glyph number `glyph` of `font` under `mat` (glyph units
   // to device units) in `color`, which the object owns; null adds nothing.
-  // Returns what that cost, in bytes of the font, read now or earlier.
+  // Returns what that cost, in bytes of the font, read now or earlier. Reading
+  // is paid for with tags; once they are spent, only copies are added.
   int32_t Add(SCharacter* font, uint32_t glyph, const MATRIX* mat, RColor* color);
 
  private:
@@ -41,7 +42,8 @@ class GlyphEdges {
     int32_t count;  // of them
     int32_t cost;
   };
-  static constexpr uint32_t kBuilt = 128;
+  // All glyphs of a font of single bytes have places of their own.
+  static constexpr uint32_t kBuilt = 256;
 
   void Build(SCharacter* font, uint32_t glyph, const MATRIX* mat, RColor* color, Built* built);
   bool Copy(const Built& built, const MATRIX* mat, RColor* color);

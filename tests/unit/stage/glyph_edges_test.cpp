@@ -126,7 +126,7 @@ class GlyphCopies : public ShapeFixture {
 };
 
 TEST_F(GlyphCopies, EqualTheGlyphsReadEachTime) {
-  SCharacter* plain = DefineFont(2, 200, 0);
+  SCharacter* plain = DefineFont(2, 400, 0);
   SCharacter* styled = DefineFont(3, 12, 4);
   for (int round = 0; round < 600; ++round) {
     stage.antialias = round & 1;
@@ -145,7 +145,7 @@ TEST_F(GlyphCopies, EqualTheGlyphsReadEachTime) {
       if (random() % 50 == 0) mat.ty = kInt32Max - static_cast<SCOORD>(random() % 3000);
       if (random() % 50 == 0) mat.tx = kInt32Min;
       if (random() % 20 == 0) mat.d += 1;
-      const uint32_t glyph = round % 4 ? random() % 6 : random() % 200;
+      const uint32_t glyph = round % 4 ? random() % 6 : random() % 400;
       text.push_back({glyph, mat, AnyColor()});
     }
     ExpectTheSame(plain, text, round);
@@ -173,6 +173,27 @@ TEST_F(GlyphCopies, TheBudgetOfEdgesEndsAtTheSameEdge) {
     stage.edgeCount = 0;
     if (HasFatalFailure()) return;
   }
+}
+
+TEST_F(GlyphCopies, ReadingIsPaidForAndCopyingIsNot) {
+  SCharacter* font = DefineFont(2, 2, 0);
+  MATRIX mat;
+  MatrixScale(kFixedOne / 4, kFixedOne / 4, &mat);
+  GlyphEdges glyphs(object);
+  int32_t before = stage.tagsLeft;
+  const int32_t cost = glyphs.Add(font, 0, &mat, object->colors);
+  EXPECT_EQ(before - stage.tagsLeft, 1 + cost / 4);
+  before = stage.tagsLeft;
+  mat.tx = 10;
+  EXPECT_EQ(glyphs.Add(font, 0, &mat, object->colors), cost);
+  EXPECT_EQ(stage.tagsLeft, before);
+
+  stage.tagsLeft = 0;
+  const int32_t edges = stage.edgeCount;
+  EXPECT_GT(glyphs.Add(font, 1, &mat, object->colors), 0);
+  EXPECT_EQ(stage.edgeCount, edges);
+  glyphs.Add(font, 0, &mat, object->colors);
+  EXPECT_EQ(stage.edgeCount, edges / 2 * 3) << "a copy costs nothing";
 }
 
 TEST_F(GlyphCopies, OffsetsAreOfEitherWidthAndMayLieAnywhere) {
