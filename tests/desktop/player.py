@@ -1,73 +1,14 @@
-"""A player's window on a display of its own, used as a person would use it:
-pointer and keys through the X server, and pictures of what it shows."""
-import os
+"""A player's window, used as a person would use it: pointer and keys through the
+X server, and pictures of what it shows."""
 import pathlib
-import re
 import subprocess
-import tempfile
 import time
 
-from PIL import Image, ImageChops, ImageStat
+from PIL import ImageChops, ImageStat
 
-PATIENCE = 20  # seconds that anything may take on a busy machine
+from display import PATIENCE, wait_for
 
-
-class Display:
-    """An X server without a screen, with a window manager."""
-
-    def __init__(self, size=(1024, 800)):
-        read, write = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size[0]}x{size[1]}x24",
-             "-nolisten", "tcp"],
-            pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        os.close(write)
-        with os.fdopen(read) as pipe:
-            number = pipe.readline().strip()
-        assert number, "Xvfb does not start"
-        self.home = tempfile.TemporaryDirectory(prefix="vexel-desktop-")
-        self.env = dict(os.environ, DISPLAY=":" + number, HOME=self.home.name,
-                        XDG_CONFIG_HOME=self.home.name + "/config",
-                        XDG_DATA_HOME=self.home.name + "/data",
-                        XDG_RUNTIME_DIR=self.home.name, NO_AT_BRIDGE="1", GTK_THEME="Adwaita",
-                        GSETTINGS_BACKEND="memory", LC_ALL="C.UTF-8")
-        self.manager = subprocess.Popen(["openbox", "--sm-disable"], env=self.env,
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
-    def close(self):
-        for process in (self.manager, self.server):
-            process.terminate()
-            process.wait()
-        self.home.cleanup()
-
-    def tool(self, *words):
-        return subprocess.run(["xdotool", *map(str, words)], env=self.env, text=True,
-                              capture_output=True).stdout.strip()
-
-    def place(self, window):
-        """Of a window on the screen: left, top, width, height; None if it is gone."""
-        text = subprocess.run(["xwininfo", "-id", window], env=self.env, text=True,
-                              capture_output=True).stdout
-        names = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
-        found = [re.search(rf"{name}: +(-?\d+)", text) for name in names]
-        return tuple(int(one[1]) for one in found) if all(found) else None
-
-    def picture(self):
-        """The whole screen."""
-        path = pathlib.Path(self.home.name) / "screen.png"
-        subprocess.run(["import", "-window", "root", str(path)], env=self.env, check=True)
-        return Image.open(path).convert("RGB")
-
-
-def wait_for(what, is_so, seconds=PATIENCE):
-    """The first true value of `is_so`, or a failure that says `what`."""
-    end = time.time() + seconds
-    while True:
-        value = is_so()
-        if value:
-            return value
-        assert time.time() < end, f"never came: {what}"
-        time.sleep(0.1)
+RETURN_TIME = 1  # seconds until a dialog is told again to take what it has
 
 
 class Player:
@@ -75,16 +16,31 @@ class Player:
 
     def __init__(self, display, vexel, *words):
         self.display = display
-        self.process = subprocess.Popen([vexel, "play", *map(str, words)], env=display.env,
-                                        stderr=subprocess.PIPE, text=True)
+        self.said_in = display.folder / f"said-{len(display.players)}-{time.monotonic_ns()}"
+        with open(self.said_in, "wb") as said:
+            self.process = subprocess.Popen([vexel, "play", *map(str, words)], env=display.env,
+                                            stdout=said, stderr=said)
+        display.players.append(self)
         self.window = wait_for("the window", self._find)
         # A key that comes before the window manager has given it the keyboard is lost.
-        wait_for("the keyboard", lambda: display.tool("getactivewindow") == self.window)
+        self.wait_for_keyboard()
 
     def _find(self):
-        found = self.display.tool("search", "--onlyvisible", "--pid", self.process.pid,
+        assert self.process.poll() is None, "the player has ended"
+        found = self.display.tool("search", "--all", "--onlyvisible", "--pid", self.process.pid,
                                   "--name", "Vexel$").split()
         return found[0] if found else None
+
+    def said(self):
+        """On standard output and standard error, so far."""
+        return self.said_in.read_text(errors="replace")
+
+    def has_keyboard(self):
+        return self.display.tool("getactivewindow") == self.window
+
+    def wait_for_keyboard(self):
+        """No dialog is open."""
+        wait_for("the keyboard in the player's window", self.has_keyboard)
 
     def title(self):
         return self.display.tool("getwindowname", self.window)
@@ -97,14 +53,36 @@ class Player:
             return None
         return self.display.place(found[0])
 
+    def size(self):
+        """The movie's, on the screen; (0, 0) while there is no movie."""
+        place = self.site()
+        return place[2:] if place else (0, 0)
+
     def shot(self):
         """The movie's picture as it stands on the screen, or the next one's if it goes."""
         left, top, width, height = wait_for("the movie", self.site)
         return self.display.picture().crop((left, top, left + width, top + height))
 
+    def shows(self, expected, most=0):
+        """Whether the movie's picture is this one, or not farther from it than `most`."""
+        self.display.expected = expected
+        same = self.site() is not None and far(self.shot(), expected) <= most
+        if same:
+            self.display.expected = None
+        return same
+
+    def until(self, what, expected, most=0):
+        wait_for(what, lambda: self.shows(expected, most))
+
+    def stands(self, seconds=1):
+        """Whether the movie's picture stays as it is for so long."""
+        before = self.shot()
+        time.sleep(seconds)
+        return far(self.shot(), before) == 0
+
     def at(self, x, y, movie):
         """A place of the movie, whose size is `movie`, on the screen."""
-        left, top, width, height = self.site()
+        left, top, width, height = wait_for("the movie", self.site)
         return left + round(x * width / movie[0]), top + round(y * height / movie[1])
 
     def click(self, x, y, movie, button=1):
@@ -120,32 +98,63 @@ class Player:
     def message(self):
         """Whether there is a message or a question: a bar in the theme's colour for
         those, below the menus."""
-        left, top = self.display.place(self.window)[:2]
-        screen = self.display.picture()
-        red, _, blue = screen.getpixel((left + 6, top + 40))
+        place = self.display.place(self.window)
+        if not place:
+            return False
+        red, _, blue = self.display.picture().getpixel((place[0] + 6, place[1] + 40))
         return red > blue + 8
 
     def answer(self):
         """Says yes to the question; the movie gives the keyboard back before."""
         self.key("Escape", "alt+o")
 
+    def active_name(self):
+        return self.display.tool("getactivewindow", "getwindowname")
+
     def dialog(self, name):
-        """Waits until a dialog is there and takes the keys."""
-        wait_for(f"the dialog {name}", lambda: self.display.tool(
-            "getactivewindow", "getwindowname") == name)
-        time.sleep(0.3)  # the dialog's own fields follow its window
+        """Waits until a dialog is there and takes the keys; its window."""
+        wait_for(f"the dialog {name}", lambda: self.active_name() == name)
+        return self.display.tool("getactivewindow")
+
+    def fill_in(self, name, text):
+        """Puts a text into the only field of a dialog and accepts it. The system's file
+        dialogs lose keys while they settle, and their completions take the first
+        Return; they are not what is tested, so it is pressed again, and in the end
+        the text is typed again, until the dialog has gone."""
+        dialog = self.dialog(name)
+        end = time.time() + PATIENCE
+        while time.time() < end:
+            self.key("ctrl+a")
+            self.type(str(text))
+            for _ in range(5):
+                self.key("Return")
+                try:
+                    return wait_for("the dialog's end", self.has_keyboard, RETURN_TIME)
+                except AssertionError:
+                    active = self.display.tool("getactivewindow")
+                    if active and active not in (dialog, self.window):
+                        self.key("Escape")  # it complains of what it was given
+                        break
+            self.display.typed_again += 1
+        raise AssertionError(f"the dialog {name} does not take {text}")
 
     def open(self, path):
-        """By the dialog, in which a slash begins a path."""
+        """By the dialog."""
         self.key("ctrl+o")
-        self.dialog("Open a movie")
-        self.type(str(path))
-        self.key("Return")
+        self.fill_in("Open a movie", path)
+        start = pathlib.Path(path).name
+        wait_for("the movie's name in the title", lambda: self.title().startswith(start))
 
     def close(self):
-        """Ends it; what it said on standard error."""
+        """Ends it; the case goes on without it."""
         self.process.terminate()
-        return self.process.communicate()[1]
+        self.wait_for_end()
+
+    def wait_for_end(self):
+        """Until it has ended by itself; its status."""
+        status = self.process.wait(PATIENCE)
+        self.display.players.remove(self)
+        return status
 
 
 def far(picture, other):
