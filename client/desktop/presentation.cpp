@@ -183,6 +183,9 @@ void Presentation::Tick() {
   tick_ = stage_.loop->After(TickMs(), [this] { Tick(); });
   if (!player_->IsRunning()) {
     player_->TellPosition();
+    // The report of a seek may have come while the plug-in rested from the seek
+    // before, and it takes no second report. The time is the same: nothing moves.
+    session_->TimeSync(player_->GetPosition());
     return;
   }
   const uint32_t now = player_->GetPosition();

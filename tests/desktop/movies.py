@@ -63,4 +63,4 @@ def number(picture):
 
     if not dark(0.5, 0.05) or dark(0.5, 0.18):
         return None
-    return sum(dark((b + 0.5) / 8, 0.6) << b for b in range(8))
+    return sum(dark((b + 0.5) / 8, 0.5) << b for b in range(8))
