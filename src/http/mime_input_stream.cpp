@@ -128,9 +128,14 @@ void MIMEInputStream::readPlain(UINT32 stops, CQKString& out) {
   }
   while (p < end && (kBits.of[*p] & stops) == 0) p++;
   INT32 count = static_cast<INT32>(p - from);
-  // Most tokens are one such piece, and are not written to any more.
-  if (out.IsEmpty()) out.SetMinBufSize(count);
-  out.Append(rest(), count);
+  // Most tokens are one such piece, and are not written to any more; some are
+  // the whole text.
+  if (out.IsEmpty() && m_position == 0 && p == end) {
+    out = m_text;
+  } else {
+    if (out.IsEmpty()) out.SetMinBufSize(count);
+    out.Append(rest(), count);
+  }
   m_position += static_cast<UINT32>(p - from);
 }
 
