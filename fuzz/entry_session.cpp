@@ -1,7 +1,8 @@
 // Whole sessions with the plug-in: a byte chooses a call, bytes behind it are
 // what it passes. Calls come in any order, with headers, packets, events and
-// file answers of all kinds; what the client does inside a redraw is chosen as
-// well. In the end everything must have been let go.
+// file answers of all kinds; what the client does inside a redraw, and inside any
+// other operation of its own, is chosen as well. In the end everything must have
+// been let go.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #undef None
@@ -42,6 +43,9 @@ using TestBytes = test::Bytes;
 
 // Each call costs at most a frame's work.
 constexpr int kMaxCalls = 300;
+
+// How deep a client calls back from inside its own operations.
+constexpr int kMaxDepth = 3;
 
 // All that a movie can ask of its host: loads, commands, navigations, seeks; and
 // fields and buttons for the events.
@@ -89,8 +93,10 @@ class Player {
     files_.files["http://host/folder/b.vxf"] = TestBytes(TheMovie().begin(), TheMovie().end() - 9);
     files_.files["http://host/folder/a.txt"] = TestBytes(2048, 'x');
     host().site->size = {60, 40};
+    test::g_inside = [this] { Inside(); };
   }
   ~Player() {
+    test::g_inside = nullptr;
     host().site->onRedraw = nullptr;
     host().site->user = nullptr;
     session_->LetGo();
@@ -103,7 +109,7 @@ class Player {
   Player& operator=(const Player&) = delete;
 
   void Play() {
-    for (int calls = 0; calls < kMaxCalls && !input_.empty() && renderer(); ++calls) Call();
+    while (!input_.empty() && renderer()) Call();
   }
 
  private:
@@ -133,6 +139,13 @@ class Player {
     const size_t to = from + Word() % (all - from + 1);
     const long start = static_cast<long>(from);
     return TestBytes(TheMovie().begin() + start, TheMovie().begin() + static_cast<long>(to));
+  }
+
+  void Start() {
+    const bool outer = starting_;
+    starting_ = true;
+    session_->Start();
+    starting_ = outer;
   }
 
   void Header() {
@@ -207,9 +220,7 @@ class Player {
           Restart();
           break;
         case 8:
-          site->user = nullptr;
-          session_->LetGo();
-          session_->unknown = {};
+          LetGo();
           break;
         default:
           break;
@@ -217,6 +228,24 @@ class Player {
       _QKxEvent event = {};
       if (site->user) site->Draw(event);
     };
+  }
+
+  // Some operation of the client's: the one that was chosen calls back.
+  void Inside() {
+    if (operationsLeft_ == 0 || --operationsLeft_ != 0) return;
+    if (depth_ == kMaxDepth || !renderer()) return;
+    ++depth_;
+    Call();
+    --depth_;
+  }
+
+  // Not while a stream starts: it is then that the plug-in learns which references
+  // on it are its supplier's.
+  void LetGo() {
+    if (starting_) return;
+    host().site->user = nullptr;
+    session_->LetGo();
+    session_->unknown = {};
   }
 
   void Size() {
@@ -293,9 +322,13 @@ class Player {
   }
 
   void Call() {
-    switch (Byte() % 20) {
+    if (++calls_ > kMaxCalls) {
+      input_ = {};
+      return;
+    }
+    switch (Byte() % 21) {
       case 0:
-        session_->Start();
+        Start();
         break;
       case 1:
         renderer()->EndStream();
@@ -374,10 +407,16 @@ class Player {
           Files();
         }
         break;
+      case 19:
+        operationsLeft_ = 1 + Byte() % 32;
+        break;
       default:
-        switch (Byte() % 4) {
+        switch (Byte() % 5) {
           case 0:
             Restart();
+            break;
+          case 2:
+            if (Byte() == 0) LetGo();
             break;
           case 1: {
             _QKxEvent event = {};
@@ -398,6 +437,10 @@ class Player {
   test::Session* session_ = new test::Session;
   test::FakeFileSystem files_;
   UINT32 time_ = 0;
+  int calls_ = 0;
+  int depth_ = 0;
+  bool starting_ = false;
+  UINT32 operationsLeft_ = 0;  // until one calls back; 0: none does
 };
 
 }  // namespace

@@ -50,34 +50,45 @@ UINT32 ZTCallback::GetCurrentSchedulerTime() {
   return now.seconds * 125 * 8 + (now.microseconds + 500) / 1000;
 }
 
-INT32 ZTCallback::Keep(void* newHandle) {
+// What `clock` has given a handle for. If it called back and all was let go
+// meanwhile, nobody waits for the call any more.
+INT32 ZTCallback::Keep(IZEMScheduler* clock, void* newHandle) {
+  if (clock != scheduler) {
+    clock->Remove(newHandle);
+    return ZEM_UNEXPECTED;
+  }
   handle = newHandle;
   pending = handle != nullptr;
   return pending ? ZEM_OK : ZEM_FAILED;
 }
 
 INT32 ZTCallback::ScheduleRelativeCallback(UINT32 milliseconds) {
-  if (!scheduler) return ZEM_UNEXPECTED;
+  const ScopedRef<ZTCallback> self(this);
   RemovePendingCallback();
-  return Keep(scheduler->ScheduleRelative(this, milliseconds));
+  IZEMScheduler* clock = scheduler;
+  const ScopedRef<IZEMScheduler> hold(clock);
+  return clock ? Keep(clock, clock->ScheduleRelative(this, milliseconds)) : ZEM_UNEXPECTED;
 }
 
 INT32 ZTCallback::ScheduleAbsoluteCallback(_ZEMTimeval time) {
-  if (!scheduler) return ZEM_UNEXPECTED;
+  const ScopedRef<ZTCallback> self(this);
   RemovePendingCallback();
-  return Keep(scheduler->ScheduleAbsolute(this, time));
+  IZEMScheduler* clock = scheduler;
+  const ScopedRef<IZEMScheduler> hold(clock);
+  return clock ? Keep(clock, clock->ScheduleAbsolute(this, time)) : ZEM_UNEXPECTED;
 }
 
 INT32 ZTCallback::Func() {
   if (!scheduler || !response) return ZEM_UNEXPECTED;
   // The response may call Deallocate, and may be the last to hold either.
   ScopedRef<ZTCallback> self(this);
-  ScopedRef<ZTCallbackResponse> called(response);
-  UINT32 time = GetCurrentSchedulerTime();
-  if (!absoluteTime) time -= timeOffset;
+  ZTCallbackResponse* called = response;
+  ScopedRef<ZTCallbackResponse> hold(called);
   handle = nullptr;
   pending = false;
-  return response->HandleCallback(time, callbackArg);
+  UINT32 time = GetCurrentSchedulerTime();
+  if (!absoluteTime) time -= timeOffset;
+  return called->HandleCallback(time, callbackArg);
 }
 
 void ZTCallback::RemovePendingCallback() {

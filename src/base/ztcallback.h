@@ -47,7 +47,7 @@ class ZTCallback : public IZEMCallback {
   UINT32 GetCurrentSchedulerTime();
 
  private:
-  INT32 Keep(void* newHandle);
+  INT32 Keep(IZEMScheduler* clock, void* newHandle);
 
   INT32 refCount;
   IZEMScheduler* scheduler;      // one reference

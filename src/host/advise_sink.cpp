@@ -36,11 +36,13 @@ UINT32 CVexelClientAdviseSink::Release() {
 INT32 CVexelClientAdviseSink::Add(IUnknown* context, IZEMPlayer* player,
                                   CRenderThreadManager* manager) {
   if (!context || !player || !manager) return ZEM_BAD_ARGUMENT;
-  // The log is optional.
-  static_cast<void>(QueryAndReplace(context, IID_IZEMErrorMessages, m_pErrorMessages));
+  const ScopedRef<IZEMClientAdviseSink> self(this);
   ReplaceRef(m_pPlayer, player);
   m_pThreadManager = manager;
-  return player->AddAdviseSink(this);
+  // The log is optional.
+  static_cast<void>(QueryAndReplace(context, IID_IZEMErrorMessages, m_pErrorMessages));
+  // The client may have had us removed from inside.
+  return m_pPlayer == player ? player->AddAdviseSink(this) : ZEM_UNEXPECTED;
 }
 
 void CVexelClientAdviseSink::Remove() {

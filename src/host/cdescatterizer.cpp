@@ -20,6 +20,20 @@ constexpr UINT8 kRequestFlags = 1;
 
 }  // namespace
 
+// Keeps the object, if it is retired, to the end of the outermost call.
+class CDeScatterizer::Call {
+ public:
+  explicit Call(CDeScatterizer* owner) : m_owner(owner) { ++m_owner->m_nCalls; }
+  ~Call() {
+    if (--m_owner->m_nCalls == 0 && m_owner->m_bRetired) delete m_owner;
+  }
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+
+ private:
+  CDeScatterizer* m_owner;
+};
+
 CDeScatterizer::CDeScatterizer(IZEMCommonClassFactory* factory, IOnPacketHandler* handler)
     : m_pHandler(handler) {
   ReplaceRef(m_pClassFactory, factory);
@@ -27,6 +41,11 @@ CDeScatterizer::CDeScatterizer(IZEMCommonClassFactory* factory, IOnPacketHandler
 
 CDeScatterizer::~CDeScatterizer() {
   ReleaseAndClear(m_pClassFactory);
+}
+
+void CDeScatterizer::Retire() {
+  const Call call(this);
+  m_bRetired = true;
 }
 
 void CDeScatterizer::SetStream(IZEMStream* stream, IZEMBackChannel* backChannel) {
@@ -53,15 +72,14 @@ void CDeScatterizer::SetFileStart(UINT32 headLength, UINT32 movieLength) {
 
 INT32 CDeScatterizer::OnPacket(IZEMPacket* packet, INT32 timeOffset) {
   if (!packet) return ZEM_BAD_ARGUMENT;
+  if (m_bBusy) return ZEM_UNEXPECTED;
+  const Call call(this);
+  Gap gap;
   EnterCritical();
-  INT32 result = ZEM_OK;
-  if (m_bNonLinear) {
-    result = OnPacketNonLinear(packet, timeOffset);
-  } else if (!packet->IsLost()) {
-    Held<IZEMBuffer> buffer(packet->GetBuffer());
-    if (buffer) OnPacketLinear(buffer->GetBuffer(), buffer->GetSize(), timeOffset);
-  }
+  const INT32 result = m_bNonLinear ? OnPacketNonLinear(packet, timeOffset, gap)
+                                    : OnPacketLinear(packet, timeOffset);
   LeaveCritical();
+  if (gap.found) RequestLostFileRange(gap.position, gap.length, 0);
   return result;
 }
 
@@ -127,40 +145,52 @@ INT32 CDeScatterizer::SendOnPacket(const UINT8* data, UINT32 size, UINT32 time) 
   return SendBuffer(buffer.Get(), time);
 }
 
-void CDeScatterizer::SendRequest(IZEMBuffer* request) {
-  Held<IZEMPacket> packet;
-  if (Make(IID_IZEMPacket, packet.Out()) < 0) return;
-  const UINT16 stream = static_cast<UINT16>(m_pStream->GetStreamNumber());
-  if (packet->Set(request, 0, stream, kRequestFlags, 0) < 0) return;
-  m_pBackChannel->Send(packet.Get());
+void CDeScatterizer::SendRequest(IZEMPacket* packet, IZEMBuffer* request) {
+  // The stream may have ended while they were made.
+  if (!CanRequest()) return;
+  IZEMStream* stream = m_pStream;
+  IZEMBackChannel* backChannel = m_pBackChannel;
+  const ScopedRef<IZEMStream> streamHold(stream);
+  const ScopedRef<IZEMBackChannel> backChannelHold(backChannel);
+  const UINT16 number = static_cast<UINT16>(stream->GetStreamNumber());
+  if (packet->Set(request, 0, number, kRequestFlags, 0) < 0) return;
+  backChannel->Send(packet);
 }
 
 void CDeScatterizer::RequestLostCharacter(UINT16 id, UINT32 now) {
-  if (m_bNonLinear || !CanRequest()) return;
+  if (m_bNonLinear || m_bBusy || !CanRequest()) return;
   const UINT32 when = m_Requests.When(id);
   // A request from the future, as after a seek back, does not count.
   const bool asked = when != CRequestDictionary::kNever && when <= now;
   if (asked && now - when <= kRequestInterval) return;
   m_Requests.ReStore(id, now);
+  const Call call(this);
+  Held<IZEMPacket> packet;
+  if (Make(IID_IZEMPacket, packet.Out()) < 0) return;
   Held<IZEMBuffer> request;
-  if (CDeScatterPacket* packet = m_Fragments.Find(id)) {
-    packet->GetResendRequest(request.Out());
+  EnterCritical();
+  if (CDeScatterPacket* message = m_Fragments.Find(id)) {
+    message->GetResendRequest(request.Out());
   } else {
     // Its one open hole asks for the whole message.
     CDeScatterPacket whole(m_pClassFactory, id);
     whole.GetResendRequest(request.Out());
   }
-  if (request) SendRequest(request.Get());
+  LeaveCritical();
+  if (request) SendRequest(packet.Get(), request.Get());
 }
 
 void CDeScatterizer::RequestLostFileRange(UINT32 position, UINT32 length, UINT32 third) {
   if (!CanRequest()) return;
+  const Call call(this);
+  Held<IZEMPacket> packet;
+  if (Make(IID_IZEMPacket, packet.Out()) < 0) return;
   Held<IZEMBuffer> request;
   if (Make(IID_IZEMBuffer, request.Out()) < 0) return;
   UINT8 bytes[kRangeRequest];
   WriteBig32(WriteBig32(WriteBig32(bytes, position), length), third);
   if (request->Set(bytes, kRangeRequest) < 0) return;
-  SendRequest(request.Get());
+  SendRequest(packet.Get(), request.Get());
 }
 
 }  // namespace vexel

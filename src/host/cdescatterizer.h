@@ -28,6 +28,11 @@ class CDeScatterizer {
   // is borrowed until destruction.
   CDeScatterizer(IZEMCommonClassFactory* factory, IOnPacketHandler* handler);
   ~CDeScatterizer();
+  // Deletes it, now or at the end of the call that is running: a client can let
+  // go of the renderer while it makes an object or sends a request.
+  void Retire();
+  // Between messages; what is at work takes no packet and no header.
+  bool IsBusy() const { return m_bBusy; }
   CDeScatterizer(const CDeScatterizer&) = delete;
   CDeScatterizer& operator=(const CDeScatterizer&) = delete;
 
@@ -42,8 +47,8 @@ class CDeScatterizer {
   void SetFileStart(UINT32 headLength, UINT32 movieLength);
 
   // A packet of the stream, as it came; `timeOffset` (milliseconds) is taken
-  // off all times, which end at 0. ZEM_BAD_ARGUMENT for null. Requests leave at
-  // the very end of the call.
+  // off all times, which end at 0. ZEM_BAD_ARGUMENT for null, ZEM_UNEXPECTED
+  // from inside the class factory. Requests leave at the very end of the call.
   INT32 OnPacket(IZEMPacket* packet, INT32 timeOffset);
 
   // The movie missed this character at the stream time `now`. Asks for it, at
@@ -63,9 +68,17 @@ class CDeScatterizer {
   INT32 CreateLateWriteBuffer(UINT32 position, const UINT8* data, UINT32 size, IZEMBuffer*& out);
 
  private:
-  // Where a lock would go, were there a second thread.
-  void EnterCritical() {}
-  void LeaveCritical() {}
+  class Call;
+  // A stretch of the file that a packet shows to be missing.
+  struct Gap {
+    bool found = false;
+    UINT32 position = 0, length = 0;
+  };
+
+  // Where a lock would go, were there a second thread. There is one thread, but
+  // it may come back from inside the class factory.
+  void EnterCritical() { m_bBusy = true; }
+  void LeaveCritical() { m_bBusy = false; }
 
   template <class T>
   INT32 Make(const ZEMID& id, T*& out);
@@ -75,13 +88,13 @@ class CDeScatterizer {
   void Destroy(CDeScatterPacket* packet);
   INT32 SendOnPacket(const UINT8* data, UINT32 size, UINT32 time);
   INT32 SendBuffer(IZEMBuffer* buffer, UINT32 time);
-  void SendRequest(IZEMBuffer* request);
+  void SendRequest(IZEMPacket* packet, IZEMBuffer* request);
   bool CanRequest() const { return m_pBackChannel && m_pClassFactory && m_pStream; }
 
-  void OnPacketLinear(const UINT8* data, UINT32 size, INT32 timeOffset);
+  INT32 OnPacketLinear(IZEMPacket* packet, INT32 timeOffset);
   void OnFragment(const UINT8* record, UINT32 length, INT32 timeOffset);
 
-  INT32 OnPacketNonLinear(IZEMPacket* packet, INT32 timeOffset);
+  INT32 OnPacketNonLinear(IZEMPacket* packet, INT32 timeOffset, Gap& gap);
   bool StartsTooFar(UINT32 position) const;
   INT32 InOrder(const CutPacket& cut);
   INT32 SendHead(const CutPacket& cut);
@@ -109,6 +122,10 @@ class CDeScatterizer {
   UINT32 m_ulNextFrame = 0;         // the frame that goes out next
   UINT32 m_ulExpectedPosition = 0;  // where the next packet in order starts
   UINT32 m_ulMovieLength = 0;       // as declared, 0 if unknown
+
+  INT32 m_nCalls = 0;  // that are running, one inside the other
+  bool m_bBusy = false;
+  bool m_bRetired = false;
 };
 
 }  // namespace vexel

@@ -1,5 +1,6 @@
 // Linear streams: records, each a small message or a fragment of a big one.
 #include "host/cdescatterizer.h"
+#include "host/held.h"
 #include "host/message_time.h"
 #include "host/wire.h"
 
@@ -16,12 +17,16 @@ constexpr UINT32 kLastCharacter = 59999;
 
 }  // namespace
 
-void CDeScatterizer::OnPacketLinear(const UINT8* data, UINT32 size, INT32 timeOffset) {
+INT32 CDeScatterizer::OnPacketLinear(IZEMPacket* packet, INT32 timeOffset) {
+  if (packet->IsLost()) return ZEM_OK;
+  const Held<IZEMBuffer> buffer(packet->GetBuffer());
+  const UINT8* data = buffer ? buffer->GetBuffer() : nullptr;
+  const UINT32 size = data ? buffer->GetSize() : 0;
   // A record that overruns the packet ends it.
   for (UINT32 at = 0; size - at >= kRecordHead;) {
     const UINT8* record = data + at;
     const UINT32 length = (record[0] & kLengthBits) * 256u + record[1];
-    if (length > size - at - kRecordHead) return;
+    if (length > size - at - kRecordHead) break;
     if (record[0] & kFragment) {
       OnFragment(record, length, timeOffset);
     } else {
@@ -29,6 +34,7 @@ void CDeScatterizer::OnPacketLinear(const UINT8* data, UINT32 size, INT32 timeOf
     }
     at += kRecordHead + length;
   }
+  return ZEM_OK;
 }
 
 void CDeScatterizer::OnFragment(const UINT8* record, UINT32 length, INT32 timeOffset) {

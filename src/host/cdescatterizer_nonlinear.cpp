@@ -72,25 +72,24 @@ CutPacket::CutPacket(const UINT8* data, UINT32 size, UINT32 dueTime)
       tailStart(Least(ReadBig16(data + 14), payloadLength)),
       time(dueTime) {}
 
-INT32 CDeScatterizer::OnPacketNonLinear(IZEMPacket* packet, INT32 timeOffset) {
+INT32 CDeScatterizer::OnPacketNonLinear(IZEMPacket* packet, INT32 timeOffset, Gap& gap) {
   if (packet->IsLost()) {
     ++m_ulLostCount;
     return ZEM_OK;
   }
   m_ulLostCount = 0;
   Held<IZEMBuffer> buffer(packet->GetBuffer());
-  if (!buffer || buffer->GetSize() < kCutHead) return ZEM_FAILED;
-  const CutPacket cut(buffer->GetBuffer(), buffer->GetSize(),
-                      MessageTime(packet->GetTime(), timeOffset));
+  const UINT8* data = buffer ? buffer->GetBuffer() : nullptr;
+  if (!data || buffer->GetSize() < kCutHead) return ZEM_FAILED;
+  const CutPacket cut(data, buffer->GetSize(), MessageTime(packet->GetTime(), timeOffset));
   if (cut.resent) return Late(cut);
   if (cut.unknown || StartsTooFar(cut.position)) return ZEM_OK;
 
-  const UINT32 expected = m_ulExpectedPosition;
-  m_ulExpectedPosition = cut.position + cut.payloadLength;
-  const INT32 result = InOrder(cut);
   // Required: a packet from behind asks too, with the difference as it wraps.
-  if (cut.position != expected) RequestLostFileRange(expected, cut.position - expected, 0);
-  return result;
+  gap = {cut.position != m_ulExpectedPosition, m_ulExpectedPosition,
+         cut.position - m_ulExpectedPosition};
+  m_ulExpectedPosition = cut.position + cut.payloadLength;
+  return InOrder(cut);
 }
 
 bool CDeScatterizer::StartsTooFar(UINT32 position) const {

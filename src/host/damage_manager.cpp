@@ -2,7 +2,6 @@
 #include "host/damage_manager.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 #include "base/ref.h"
 
@@ -11,7 +10,7 @@ namespace vexel {
 namespace {
 
 // Required: four times the bytes that a picture has.
-constexpr uint64_t kBytesPerPixel = 16;
+constexpr int32_t kBytesPerPixel = 16;
 
 // A redraw may find that the site has changed its size, and ask for one more. A
 // site that changes it each time would go on for ever.
@@ -32,10 +31,6 @@ _QKxSize LimitPictureSize(_QKxSize size) {
   return {Shrink(size.width, longer), Shrink(size.height, longer)};
 }
 
-CDamageManager::~CDamageManager() {
-  free(m_pBuffer);
-}
-
 void CDamageManager::DamageRect(_QKxRect rect) {
   if (m_rcDirty.right > m_rcDirty.left && m_rcDirty.bottom > m_rcDirty.top) {
     if (rect.left < m_rcDirty.left) m_rcDirty.left = rect.left;
@@ -45,6 +40,7 @@ void CDamageManager::DamageRect(_QKxRect rect) {
   } else {
     m_rcDirty = rect;
   }
+  const ScopedRef<IZEMSite> site(m_pSite);
   if (m_pSite) m_pSite->DamageRect(rect);
 }
 
@@ -60,15 +56,12 @@ void CDamageManager::ForceRedraw() {
 
 void CDamageManager::SetupDoubleBuffer(_QKxSize size) {
   if (size.width < 0 || size.height < 0) size = {0, 0};
-  if (m_pBuffer && (size.width != m_lWidth || size.height != m_lHeight)) {
-    free(m_pBuffer);
-    m_pBuffer = nullptr;
-  }
+  if (size.width != m_lWidth || size.height != m_lHeight) m_buffer.Reset();
   m_lWidth = size.width;
   m_lHeight = size.height;
-  const uint64_t pixels = static_cast<uint64_t>(size.width) * static_cast<uint64_t>(size.height);
-  if (!m_pBuffer && pixels > 0 && pixels <= SIZE_MAX / kBytesPerPixel) {
-    m_pBuffer = static_cast<UINT8*>(calloc(pixels, kBytesPerPixel));
+  const int64_t pixels = int64_t{size.width} * size.height;
+  if (!m_buffer && pixels > 0 && pixels <= INT32_MAX / kBytesPerPixel) {
+    m_buffer = DataRef::Adopt(DataBlock::Create(static_cast<int32_t>(pixels) * kBytesPerPixel));
   }
   m_Bitmap = {};
   m_Bitmap.headerSize = sizeof m_Bitmap;

@@ -6,6 +6,7 @@
 // bitmap is being drawn.
 #pragma once
 
+#include "movie/data_block.h"
 #include "zem/zem_site.h"
 
 namespace vexel {
@@ -21,7 +22,6 @@ _QKxSize LimitPictureSize(_QKxSize size);
 class CDamageManager {
  public:
   CDamageManager() = default;
-  ~CDamageManager();
   CDamageManager(const CDamageManager&) = delete;
   CDamageManager& operator=(const CDamageManager&) = delete;
 
@@ -35,8 +35,10 @@ class CDamageManager {
   // memory there is no picture: UseDoubleBuffer gives null.
   void SetupDoubleBuffer(_QKxSize size);
   // The pixels of the picture, rows of m_lWidth words without gaps.
-  UINT8* UseDoubleBuffer() { return m_pBuffer; }
+  UINT8* UseDoubleBuffer() { return m_buffer.Bytes(); }
   void ReleaseDoubleBuffer() {}
+  // The same, for as long as the reference lives.
+  DataRef Pixels() const { return m_buffer; }
 
   // Whose part this is; not counted, and null for an owner without references.
   IUnknown* m_pOwner = nullptr;
@@ -48,7 +50,7 @@ class CDamageManager {
   QKBitmapInfo m_Bitmap = {};         // describes the picture
 
  private:
-  UINT8* m_pBuffer = nullptr;  // owned
+  DataRef m_buffer;
 };
 
 }  // namespace vexel

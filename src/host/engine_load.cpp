@@ -4,6 +4,7 @@
 // answer leads to the next step.
 #include <stdio.h>
 
+#include "base/cqk_string.h"
 #include "base/ref.h"
 #include "host/held.h"
 #include "host/host_log.h"
@@ -37,14 +38,16 @@ void CVexelEngine::DropLoad(const char* url, LoadInfo* info) {
 }
 
 void CVexelEngine::StartFileSystem(LoadState state) {
-  ReleaseAndClear(m_pFileSystem);
-  if (CreateObject(IID_IZEMFileSystemManager, m_pFileSystem) < 0) {
+  Held<IZEMFileSystemManager> manager;
+  if (CreateObject(IID_IZEMFileSystemManager, manager.Out()) < 0) {
     FailLoad();
     return;
   }
-  const ScopedRef<IZEMFileSystemManager> manager(m_pFileSystem);
+  // The client may have shut us down from inside.
+  if (m_bShutDown) return;
+  ReplaceRef(m_pFileSystem, manager.Get());
   m_nFileState = state;
-  if (m_pFileSystem->Init(this) < 0 && m_nFileState == state) FailLoad();
+  if (manager->Init(this) < 0 && m_nFileState == state) FailLoad();
 }
 
 // --- Ending ---
@@ -85,38 +88,39 @@ void CVexelEngine::StopLoad() {
 
 INT32 CVexelEngine::InitDone(INT32 status) {
   const ScopedRef<IZEMRenderer> self(this);
-  INT32 result = ZEM_UNEXPECTED;
+  INT32 result = status;
   switch (m_nFileState) {
     case kGetManager:
     case kPostManager:
-      result = status < 0 ? status : RequestFile();
+      if (status >= 0) result = RequestFile();
       break;
     case kGetOpening:
     case kPostOpening:
-      result = status < 0 ? status : FileOpened();
+      if (status >= 0) result = FileOpened();
       break;
     default:
-      return result;
+      return ZEM_UNEXPECTED;
   }
   if (result < 0) FailLoad();
   return result;
 }
 
-// The manager is up.
+// The manager is up. Here and below the state moves on first, so that no answer
+// is taken twice; and a client that ends the load from inside a call is noticed
+// by the state.
 INT32 CVexelEngine::RequestFile() {
+  const bool post = m_nFileState == kPostManager;
+  const INT32 coming = post ? kPostObject : kGetObject;
+  m_nFileState = coming;
+  IZEMFileSystemManager* manager = m_pFileSystem;
+  const ScopedRef<IZEMFileSystemManager> hold(manager);
+  const CQKString url = m_pszLoadURL;
   Held<IZEMRequest> request;
   INT32 result = CreateObject(IID_IZEMRequest, request.Out());
-  if (result < 0) return result;
-  result = request->SetURL(m_pszLoadURL);
-  if (result < 0) return result;
-  const bool post = m_nFileState == kPostManager;
-  if (post) {
-    result = SetContentLength(request.Get());
-    if (result < 0) return result;
-  }
-  m_nFileState = post ? kPostObject : kGetObject;
-  const ScopedRef<IZEMFileSystemManager> manager(m_pFileSystem);
-  return m_pFileSystem->GetFileObject(request.Get(), nullptr);
+  if (result >= 0) result = request->SetURL(url);
+  if (result >= 0 && post) result = SetContentLength(request.Get());
+  if (result < 0 || m_nFileState != coming) return result;
+  return manager->GetFileObject(request.Get(), nullptr);
 }
 
 // Required: the header is all that goes out of a POST load. The body is not
@@ -143,12 +147,15 @@ INT32 CVexelEngine::FileObjectReady(INT32 status, IUnknown* object) {
   if (m_nFileState != kGetObject && m_nFileState != kPostObject) return ZEM_UNEXPECTED;
   const ScopedRef<IZEMRenderer> self(this);
   INT32 result = status;
-  if (result >= 0) result = QueryAndReplace(object, IID_IZEMFileObject, m_pFileObject);
   if (result >= 0) {
     const INT32 opening = m_nFileState == kGetObject ? kGetOpening : kPostOpening;
     m_nFileState = opening;
-    const ScopedRef<IZEMFileObject> file(m_pFileObject);
-    result = m_pFileObject->Init(ZEM_FILE_READ | ZEM_FILE_BINARY, this);
+    Held<IZEMFileObject> file;
+    result = QueryAndReplace(object, IID_IZEMFileObject, file.Out());
+    if (result >= 0 && m_nFileState == opening) {
+      ReplaceRef(m_pFileObject, file.Get());
+      result = file->Init(ZEM_FILE_READ | ZEM_FILE_BINARY, this);
+    }
     // An answer from inside the call has gone its own way.
     if (m_nFileState != opening) return ZEM_OK;
   }
@@ -157,8 +164,10 @@ INT32 CVexelEngine::FileObjectReady(INT32 status, IUnknown* object) {
 }
 
 INT32 CVexelEngine::FileOpened() {
+  const INT32 reading = m_nFileState == kGetOpening ? kGetReading : kPostReading;
+  m_nFileState = reading;
   ReleaseAndClear(m_pFileSystem);
-  m_nFileState = m_nFileState == kGetOpening ? kGetReading : kPostReading;
+  if (m_nFileState != reading) return ZEM_OK;
   LoadInfo* info = m_pLoadInfo;
   m_pLoadInfo = nullptr;
   StreamInNew(&m_LoadStream, m_pszLoadURL, info);

@@ -331,12 +331,19 @@ INT32 CVexelEngine::OnTimeSync(UINT32 time) {
 // on by itself, to react to the mouse and to its own actions.
 void CVexelEngine::StartCallback(UINT32 time) {
   StopCallback();
+  if (m_bShutDown) return;
   auto* callback = new (std::nothrow) ZTCallback(0);
   if (!callback) return;
+  const ScopedRef<ZTCallback> hold(callback);
   ReplaceRef(m_pCallback, callback);
-  if (m_pCallback->Init(m_pContext, this, 1, time) < 0) return;
-  m_bCallbackStarted = true;
-  ScheduleCallback();
+  const bool ready = callback->Init(m_pContext, this, 1, time) >= 0;
+  if (m_pCallback != callback) {
+    // The client stopped it from inside.
+    callback->Deallocate();
+    return;
+  }
+  m_bCallbackStarted = ready;
+  if (ready) ScheduleCallback();
 }
 
 // A movie without a header has no rate, and would keep the client's loop busy.
@@ -346,9 +353,11 @@ void CVexelEngine::ScheduleCallback() {
 }
 
 void CVexelEngine::StopCallback() {
+  ZTCallback* callback = m_pCallback;
+  m_pCallback = nullptr;
   // It holds this object until then.
-  if (m_pCallback) m_pCallback->Deallocate();
-  ReleaseAndClear(m_pCallback);
+  if (callback) callback->Deallocate();
+  ReleaseAndClear(callback);
 }
 
 INT32 CVexelEngine::HandleCallback(UINT32, UINT32) {

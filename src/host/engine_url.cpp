@@ -127,7 +127,7 @@ void CVexelEngine::LoadLayer(const char* url, INT32 layer, const char* postData,
 void CVexelEngine::DoGetURLNotify(const char* url, const char* target, LoadInfo* notify) {
   LogReport(m_pErrorMessages, kLogState, "DoGetURLNotify(%s,%s,0x%08x)\n", Shown(url),
             Shown(target), ShownPointer(notify));
-  if (IsEmpty(url)) {
+  if (IsEmpty(url) || m_bShutDown) {
     delete notify;
     return;
   }
@@ -153,7 +153,7 @@ void CVexelEngine::DoPostURLNotify(const char* url, const char* target, UINT32 l
                                    const char* buffer, LoadInfo* notify) {
   LogReport(m_pErrorMessages, kLogState, "DoPostURLNotify(%s,%s,%lu,%s,0x%08x)\n", Shown(url),
             Shown(target), static_cast<unsigned long>(length), Shown(buffer), ShownPointer(notify));
-  if (IsEmpty(url)) {
+  if (IsEmpty(url) || m_bShutDown) {
     delete notify;
     return;
   }

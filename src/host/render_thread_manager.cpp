@@ -68,20 +68,20 @@ INT32 CRenderThreadManager::AddLateWriteBuffer(IZEMBuffer* buffer) {
   m_ulLateBytes += buffer->GetSize();
   while (m_pLateWrites->GetCount() > 1 &&
          (m_pLateWrites->GetCount() > kMaxLateWrites || m_ulLateBytes > kMaxLateBytes)) {
-    RemoveLateWrite(m_pLateWrites->GetHeadPosition());
+    TakeLateWrite();
   }
   return ZEM_OK;
 }
 
-void CRenderThreadManager::RemoveLateWrite(void* position) {
-  IZEMBuffer* buffer = static_cast<IZEMBuffer*>(m_pLateWrites->GetAt(position));
-  m_pLateWrites->RemoveAt(position);
+// The oldest late write, for as long as the result lives.
+Held<IZEMBuffer> CRenderThreadManager::TakeLateWrite() {
+  auto* buffer = static_cast<IZEMBuffer*>(m_pLateWrites->RemoveHead());
   m_ulLateBytes -= buffer->GetSize();
-  buffer->Release();
+  return Held<IZEMBuffer>(buffer);
 }
 
 void CRenderThreadManager::ClearLateWriteList() {
-  while (GetLateWriteCount() > 0) RemoveLateWrite(m_pLateWrites->GetHeadPosition());
+  while (GetLateWriteCount() > 0) TakeLateWrite();
 }
 
 INT32 CRenderThreadManager::GetRendererInfo(const char**& mimeTypes, UINT32& granularity) {
@@ -169,12 +169,11 @@ void CRenderThreadManager::DeliverPackets() {
 }
 
 void CRenderThreadManager::DoAnyLateWrites() {
-  if (!m_pLateWrites) return;
-  for (void* next = m_pLateWrites->GetHeadPosition(); next;) {
-    void* position = next;
-    IZEMBuffer* buffer = static_cast<IZEMBuffer*>(m_pLateWrites->GetNext(next));
-    // A write that meets the movie's reader is put off to the next burst.
-    if (m_pEngine->AddLateWriteBuffer(buffer) >= 0) RemoveLateWrite(position);
+  // A write that meets the movie's reader is put off to the next burst: it goes
+  // behind the others, which one round leaves in their old order.
+  for (INT32 left = GetLateWriteCount(); left > 0 && GetLateWriteCount() > 0; --left) {
+    const Held<IZEMBuffer> buffer = TakeLateWrite();
+    if (m_pEngine->AddLateWriteBuffer(buffer.Get()) < 0) AddLateWriteBuffer(buffer.Get());
   }
 }
 

@@ -78,7 +78,7 @@ class CRenderThreadManager : public IOnPacketHandler {
   Held<IZEMPacket> TakePacket();
   void DeliverPackets();
   void DoAnyLateWrites();
-  void RemoveLateWrite(void* position);
+  Held<IZEMBuffer> TakeLateWrite();
   void ClearLateWriteList();
   void StreamTimeRunning(UINT32 time);
   void StreamTimeStopped(UINT32 time);

@@ -66,13 +66,18 @@ CVexelEngine::~CVexelEngine() {
 
 void CVexelEngine::Shutdown() {
   const ScopedRef<IZEMRenderer> self(this);
+  m_bShutDown = true;
   m_bSiteAttached = false;
   StopCallback();
   StopLoad();
-  if (m_pPostServer) m_pPostServer->Close();
-  ReleaseAndClear(m_pPostServer);
-  if (m_pContextMenu) m_pContextMenu->SetResponse(nullptr);
-  ReleaseAndClear(m_pContextMenu);
+  HTTPPostServer* server = m_pPostServer;
+  m_pPostServer = nullptr;
+  if (server) server->Close();
+  ReleaseAndClear(server);
+  IZEMContextMenu* menu = m_pContextMenu;
+  m_pContextMenu = nullptr;
+  if (menu) menu->SetResponse(nullptr);
+  ReleaseAndClear(menu);
   m_pDamageManager = nullptr;
   m_pDeScatterizer = nullptr;
   m_pThreadManager = nullptr;

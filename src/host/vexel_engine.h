@@ -219,6 +219,7 @@ class CVexelEngine : public IZEMRenderer,
   // For a look from outside.
   const FrameRing& WaitingFrames() const { return m_Ring; }
   bool IsLoading() const { return m_bLoading; }
+  bool IsInTimeSync() const { return m_bInTimeSync; }
   INT32 HoldMode() const { return m_nHoldMode; }
   // What the pointer should look like: 0, 1 a view that can be moved, 2 a
   // button, 3 text that can be selected.
@@ -332,6 +333,7 @@ class CVexelEngine : public IZEMRenderer,
   bool m_bReadMore = false;
   UINT32 m_ulNumPackets = 0;  // of a non-linear stream
   bool m_bNonLinear = false;
+  bool m_bShutDown = false;           // nothing begins any more that would hold this object
   bool m_bDestroying = false;         // counts no longer matter
   ZTCallback* m_pCallback = nullptr;  // the clock behind the stream's end
   bool m_bSiteAttached = false;

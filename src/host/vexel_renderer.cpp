@@ -40,10 +40,16 @@ CVexelRenderer::CVexelRenderer() {
 CVexelRenderer::~CVexelRenderer() {
   m_lRefCount = kDestroying;
   EndAll();
-  DropEngine();
   ReleaseAndClear(m_pContext);
   ReleaseAndClear(m_pErrorMessages);
   ReleaseAndClear(m_pClassFactory);
+  DropEngine();
+}
+
+bool CVexelRenderer::IsInside() const {
+  return m_nCalls > 0 || (m_pThreadManager && m_pThreadManager->IsInWork()) ||
+         (m_pEngine && m_pEngine->IsInTimeSync()) ||
+         (m_pDeScatterizer && m_pDeScatterizer->IsBusy());
 }
 
 // What the client left undone.
@@ -56,7 +62,7 @@ void CVexelRenderer::DropEngine() {
   // The engine may outlive us for as long as a service holds it, and knows the
   // others without a reference.
   if (m_pEngine) m_pEngine->Shutdown();
-  delete m_pDeScatterizer;
+  if (m_pDeScatterizer) m_pDeScatterizer->Retire();
   m_pDeScatterizer = nullptr;
   if (m_pThreadManager) m_pThreadManager->Retire();
   m_pThreadManager = nullptr;
@@ -107,8 +113,7 @@ INT32 CVexelRenderer::GetPluginInfo(INT32& loadMultiple, const char*& descriptio
 
 INT32 CVexelRenderer::InitPlugin(IUnknown* context) {
   if (!context) return ZEM_BAD_ARGUMENT;
-  // What is running can't be replaced from inside.
-  if (m_nCalls > 0 || (m_pThreadManager && m_pThreadManager->IsInWork())) return ZEM_UNEXPECTED;
+  if (IsInside()) return ZEM_UNEXPECTED;
   const Hold hold(this);
   EndAll();
   DropEngine();
@@ -145,39 +150,49 @@ INT32 CVexelRenderer::MakeSupplier() {
   void* made = nullptr;
   INT32 result = m_pClassFactory->CreateInstance(IID_IZEMMultiInstanceSiteUserSupplier, &made);
   if (result < 0) return result;
-  m_pSiteUserSupplier = static_cast<IZEMMultiInstanceSiteUserSupplier*>(made);
-  if (!m_pSiteUserSupplier) return ZEM_OUT_OF_MEMORY;
+  auto* supplier = static_cast<IZEMMultiInstanceSiteUserSupplier*>(made);
+  if (!supplier) return ZEM_OUT_OF_MEMORY;
+  m_pSiteUserSupplier = supplier;
+  const ScopedRef<IZEMMultiInstanceSiteUserSupplier> hold(supplier);
   const INT32 before = m_lRefCount;
-  result = m_pSiteUserSupplier->SetSingleSiteUser(this);
+  result = supplier->SetSingleSiteUser(this);
+  // The client may have detached from inside.
+  if (m_pSiteUserSupplier != supplier) return ZEM_UNEXPECTED;
   m_lSupplierRefs = m_lRefCount - before;
   return result;
 }
 
 void CVexelRenderer::DropSupplier() {
   m_lSupplierRefs = 0;
-  if (m_pSiteUserSupplier) m_pSiteUserSupplier->ReleaseSingleSiteUser();
-  ReleaseAndClear(m_pSiteUserSupplier);
+  IZEMMultiInstanceSiteUserSupplier* supplier = m_pSiteUserSupplier;
+  m_pSiteUserSupplier = nullptr;
+  if (supplier) supplier->ReleaseSingleSiteUser();
+  ReleaseAndClear(supplier);
 }
 
 void CVexelRenderer::DropSink() {
+  CVexelClientAdviseSink* sink = m_pAdviseSink;
+  m_pAdviseSink = nullptr;
   // The player holds it too.
-  if (m_pAdviseSink) m_pAdviseSink->Remove();
-  ReleaseAndClear(m_pAdviseSink);
+  if (sink) sink->Remove();
+  ReleaseAndClear(sink);
 }
 
 INT32 CVexelRenderer::StartStream(IZEMStream* stream, IZEMPlayer* player) {
+  const bool inside = IsInside();
   const Hold hold(this);
   LogReport(m_pErrorMessages, kLogState, "StartStream()");
-  if (!m_pClassFactory || !m_pThreadManager) return ZEM_UNEXPECTED;
+  if (!m_pClassFactory || !m_pThreadManager || inside) return ZEM_UNEXPECTED;
   INT32 result = MakeSupplier();
   if (result < 0) return result;
   result = m_pThreadManager->StartStream(stream, player);
   if (result < 0) return result;
   m_bStreamEnded = false;
   DropSink();
-  ReplaceRef(m_pAdviseSink, new (std::nothrow) CVexelClientAdviseSink);
-  if (!m_pAdviseSink) return ZEM_OUT_OF_MEMORY;
-  return m_pAdviseSink->Add(m_pContext, player, m_pThreadManager);
+  auto* sink = new (std::nothrow) CVexelClientAdviseSink;
+  if (!sink) return ZEM_OUT_OF_MEMORY;
+  ReplaceRef(m_pAdviseSink, sink);
+  return sink->Add(m_pContext, player, m_pThreadManager);
 }
 
 INT32 CVexelRenderer::EndStream() {
@@ -188,8 +203,10 @@ INT32 CVexelRenderer::EndStream() {
 }
 
 INT32 CVexelRenderer::OnHeader(IZEMValues* header) {
+  const bool inside = IsInside();
   const Hold hold(this);
   LogReport(m_pErrorMessages, kLogState, "OnHeader()");
+  if (inside) return ZEM_UNEXPECTED;
   m_bStreamEnded = false;
   return m_pThreadManager ? m_pThreadManager->OnHeader(header) : ZEM_UNEXPECTED;
 }
@@ -294,6 +311,7 @@ INT32 CVexelRenderer::HandleEvent(_QKxEvent* event) {
 // The site's size is what counts, whatever it was asked for; the picture follows
 // it up to a limit, and the surface scales the rest.
 void CVexelRenderer::CheckSize() {
+  const ScopedRef<IZEMSite> site(m_pSite);
   _QKxSize size = {0, 0};
   if (m_pSite->GetSize(size) < 0) return;
   size = LimitPictureSize(size);
@@ -309,15 +327,20 @@ INT32 CVexelRenderer::Draw(_QKxEvent* event) {
   IZEMVideoSurface* surface = static_cast<IZEMVideoSurface*>(event->param1);
   if (!m_DamageManager.m_bReadyToDraw || !surface || !m_pSite || !m_pEngine) return ZEM_OK;
   CheckSize();
-  const UINT8* pixels = m_DamageManager.UseDoubleBuffer();
   // A new size asks for a redraw of its own, in which the site may have gone.
-  if (pixels && m_pSite && m_pEngine) {
+  if (m_DamageManager.UseDoubleBuffer() && m_pSite) {
     const ScopedRef<IZEMVideoSurface> surfaceHold(surface);
+    const ScopedRef<IZEMSite> site(m_pSite);
     _QKxSize size = {0, 0};
     m_pSite->GetSize(size);
+    // Whatever the client does inside, the pixels stay until they are copied.
+    const DataRef pixels = m_DamageManager.Pixels();
     const _QKxSize picture = m_pEngine->GetMediaSize();
-    surface->CopyBitmap(pixels, &m_DamageManager.m_Bitmap, {0, 0, size.width, size.height},
-                        {0, 0, picture.width, picture.height});
+    const QKBitmapInfo info = m_DamageManager.m_Bitmap;
+    if (pixels) {
+      surface->CopyBitmap(pixels.Bytes(), &info, {0, 0, size.width, size.height},
+                          {0, 0, picture.width, picture.height});
+    }
   }
   if (m_DamageManager.m_nForcing > 0) m_DamageManager.m_rcDirty = {0, 0, 0, 0};
   m_DamageManager.ReleaseDoubleBuffer();

@@ -62,6 +62,9 @@ class CVexelRenderer final : public IZEMPlugin, public IZEMRenderer, public IZEM
  private:
   class Hold;
 
+  // Inside a call that is still running, the stream and all that is made for it
+  // can't be replaced.
+  bool IsInside() const;
   ~CVexelRenderer();
   void EndAll();
   void DropEngine();

@@ -5,22 +5,26 @@
 namespace vexel::test {
 
 INT32 FakeRequest::SetRequestHeaders(IZEMValues* values) {
+  Inside();
   headers = values;
   return ZEM_OK;
 }
 
 INT32 FakeRequest::GetRequestHeaders(IZEMValues*& values) {
+  Inside();
   values = headers.get();
   if (values) values->AddRef();
   return ZEM_OK;
 }
 
 INT32 FakeRequest::SetURL(const char* newURL) {
+  Inside();
   url = newURL;
   return ZEM_OK;
 }
 
 INT32 FakeRequest::GetURL(const char*& out) {
+  Inside();
   out = url.c_str();
   return ZEM_OK;
 }
@@ -58,6 +62,7 @@ INT32 FakeFileSystem::StatusOf(const std::string& call) const {
 }
 
 INT32 FakeFileManager::Init(IZEMFileSystemManagerResponse* response) {
+  Inside();
   if (m_system.Called("Init") < 0) return ZEM_FAILED;
   m_response = response;
   m_system.Later(
@@ -66,11 +71,13 @@ INT32 FakeFileManager::Init(IZEMFileSystemManagerResponse* response) {
 }
 
 INT32 FakeFileManager::Cancel() {
+  Inside();
   m_response = {};
   return m_system.Called("Cancel");
 }
 
 INT32 FakeFileManager::GetFileObject(IZEMRequest* request, IUnknown*) {
+  Inside();
   const char* url = nullptr;
   request->GetURL(url);
   if (m_system.Called(std::string("GetFileObject ") + url) < 0) return ZEM_FAILED;
@@ -89,12 +96,14 @@ INT32 FakeFileManager::GetFileObject(IZEMRequest* request, IUnknown*) {
   } else {
     status = ZEM_FAILED;
   }
-  m_system.Later(
-      [response = m_response, status, file] { response->FileObjectReady(status, file.get()); });
+  m_system.Later([response = m_response, status, file] {
+    if (response) response->FileObjectReady(status, file.get());  // not cancelled meanwhile
+  });
   return ZEM_OK;
 }
 
 INT32 FakeFile::Init(UINT32 flags, IZEMFileResponse* response) {
+  Inside();
   if (m_system.Called("Open " + std::to_string(flags)) < 0) return ZEM_FAILED;
   m_response = response;
   m_system.Later(
@@ -103,6 +112,7 @@ INT32 FakeFile::Init(UINT32 flags, IZEMFileResponse* response) {
 }
 
 INT32 FakeFile::Read(UINT32 count) {
+  Inside();
   if (m_system.Called("Read " + std::to_string(count)) < 0) return ZEM_FAILED;
   const size_t size = std::min<size_t>(count, m_bytes.size() - m_place);
   const auto from = m_bytes.begin() + static_cast<long>(m_place);
@@ -111,18 +121,22 @@ INT32 FakeFile::Read(UINT32 count) {
   const INT32 status = size == 0 ? ZEM_FAILED : m_system.StatusOf("Read");
   m_place += size;
   m_system.Later([response = m_response, status, buffer] {
-    response->ReadDone(status, status < 0 ? nullptr : buffer.get());
+    if (response) response->ReadDone(status, status < 0 ? nullptr : buffer.get());
   });
   return ZEM_OK;
 }
 
 INT32 FakeFile::Write(IZEMBuffer*) {
+  Inside();
   return m_system.Called("Write");
 }
 
 INT32 FakeFile::Close() {
+  Inside();
   if (m_system.Called("Close") < 0) return ZEM_FAILED;
-  m_system.Later([response = std::move(m_response)] { response->CloseDone(ZEM_OK); });
+  m_system.Later([response = std::move(m_response)] {
+    if (response) response->CloseDone(ZEM_OK);
+  });
   return ZEM_OK;
 }
 

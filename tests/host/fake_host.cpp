@@ -41,12 +41,14 @@ Bytes BytesOf(IZEMPacket* packet) {
 
 INT32 FakeErrorLog::Report(UINT8 severity, UINT32 result, UINT32 userCode, const char* text,
                            const char* moreInfo) {
+  Inside();
   lines.push_back(std::to_string(userCode) + " " + text);
   if (severity != 7 || result != 0 || moreInfo) ++odd;
   return ZEM_OK;
 }
 
 INT32 FakePreferences::ReadPref(const char* key, IZEMBuffer*& value) {
+  Inside();
   value = nullptr;
   const auto found = values.find(key);
   if (found == values.end()) return missingIsNull ? ZEM_OK : ZEM_FAILED;
@@ -60,11 +62,13 @@ INT32 FakePreferences::ReadPref(const char* key, IZEMBuffer*& value) {
 }
 
 INT32 FakePreferences::WritePref(const char* key, IZEMBuffer* value) {
+  Inside();
   values[key] = reinterpret_cast<const char*>(value->GetBuffer());
   return ZEM_OK;
 }
 
 INT32 FakeFactory::CreateInstance(const ZEMID& wanted, void** out) {
+  Inside();
   *out = nullptr;
   if (failAfter == 0) return ZEM_OUT_OF_MEMORY;
   Ptr<IUnknown> object;
@@ -121,17 +125,20 @@ INT32 FakeSupplier::QueryInterface(const ZEMID& id, void** out) {
 }
 
 INT32 FakeSupplier::SetSingleSiteUser(IZEMSiteUser* singleUser) {
+  Inside();
   user = singleUser;
   return ZEM_OK;
 }
 
 INT32 FakeSupplier::ReleaseSingleSiteUser() {
+  Inside();
   user = {};
   return ZEM_OK;
 }
 
 INT32 FakeSurface::CopyBitmap(const UINT8* bits, const QKBitmapInfo* bitmap, const _QKxRect& dest,
                               const _QKxRect& source) {
+  Inside();
   ++copies;
   info = *bitmap;
   lastDest = dest;
@@ -159,11 +166,13 @@ INT32 FakeSite::GetUser(IZEMSiteUser*& out) {
 }
 
 INT32 FakeSite::GetPosition(INT32& x, INT32& y) {
+  Inside();
   x = y = 0;
   return ZEM_OK;
 }
 
 INT32 FakeSite::SetSize(_QKxSize wish) {
+  Inside();
   wishes.push_back(wish);
   if (takesSize) size = wish;
   if (onSize) onSize();
@@ -171,16 +180,19 @@ INT32 FakeSite::SetSize(_QKxSize wish) {
 }
 
 INT32 FakeSite::GetSize(_QKxSize& out) {
+  Inside();
   out = size;
   return ZEM_OK;
 }
 
 INT32 FakeSite::DamageRect(_QKxRect rect) {
+  Inside();
   damage.push_back(rect);
   return ZEM_OK;
 }
 
 INT32 FakeSite::ForceRedraw() {
+  Inside();
   ++redraws;
   if (onRedraw) {
     const std::function<void()> call = onRedraw;  // which may set another
@@ -197,48 +209,57 @@ INT32 FakeSite::Draw(_QKxEvent& event) {
 }
 
 INT32 FakeHyperNavigate::GoToURL(const char* url, const char* target) {
+  Inside();
   visits.push_back(std::string(url) + " " + (target ? target : ""));
   return ZEM_OK;
 }
 
 INT32 FakePlayer::GetContext(IUnknown*& out) {
+  Inside();
   out = context;
   if (out) out->AddRef();
   return ZEM_OK;
 }
 
 INT32 FakePlayer::OpenURL(const char* url) {
+  Inside();
   calls.push_back(std::string("OpenURL ") + url);
   return ZEM_OK;
 }
 
 INT32 FakePlayer::Begin() {
+  Inside();
   calls.push_back("Begin");
   return ZEM_OK;
 }
 
 INT32 FakePlayer::Stop() {
+  Inside();
   calls.push_back("Stop");
   return ZEM_OK;
 }
 
 INT32 FakePlayer::Pause() {
+  Inside();
   calls.push_back("Pause");
   return ZEM_OK;
 }
 
 INT32 FakePlayer::Seek(UINT32 ms) {
+  Inside();
   calls.push_back("Seek " + std::to_string(ms));
   return ZEM_OK;
 }
 
 INT32 FakePlayer::AddAdviseSink(IZEMClientAdviseSink* sink) {
+  Inside();
   if (addResult < 0) return addResult;
   sinks.emplace_back(sink);
   return ZEM_OK;
 }
 
 INT32 FakePlayer::RemoveAdviseSink(IZEMClientAdviseSink* sink) {
+  Inside();
   const auto found = std::find_if(sinks.begin(), sinks.end(),
                                   [sink](const auto& known) { return known.get() == sink; });
   if (found == sinks.end()) return ZEM_FAILED;
@@ -248,22 +269,26 @@ INT32 FakePlayer::RemoveAdviseSink(IZEMClientAdviseSink* sink) {
 }
 
 void* FakeScheduler::ScheduleRelative(IZEMCallback* callback, UINT32 ms) {
+  Inside();
   void* handle = reinterpret_cast<void*>(++m_lastHandle);
   timers.push_back({callback, nowMs + ms, handle});
   return handle;
 }
 
 void* FakeScheduler::ScheduleAbsolute(IZEMCallback* callback, _ZEMTimeval time) {
+  Inside();
   const uint64_t due = uint64_t{time.seconds} * 1000 + (time.microseconds + 500) / 1000;
   return ScheduleRelative(callback, due > nowMs ? static_cast<UINT32>(due - nowMs) : 0);
 }
 
 INT32 FakeScheduler::Remove(void* handle) {
+  Inside();
   std::erase_if(timers, [handle](const Timer& timer) { return timer.handle == handle; });
   return ZEM_OK;
 }
 
 INT32 FakeScheduler::GetTime(_ZEMTimeval& time) {
+  Inside();
   time = {static_cast<UINT32>(nowMs / 1000), static_cast<UINT32>(nowMs % 1000 * 1000)};
   return ZEM_OK;
 }
@@ -284,11 +309,13 @@ void FakeScheduler::Advance(UINT32 ms) {
 }
 
 INT32 FakeBackChannel::Send(IZEMPacket* packet) {
+  Inside();
   sent.emplace_back(packet);
   return ZEM_OK;
 }
 
 INT32 FakeStream::GetSource(IUnknown*& out) {
+  Inside();
   out = source.get();
   if (!out) return ZEM_FAILED;
   out->AddRef();
@@ -296,26 +323,31 @@ INT32 FakeStream::GetSource(IUnknown*& out) {
 }
 
 INT32 FakeMenu::SetTitle(const char* text) {
+  Inside();
   entries.push_back(text);
   return ZEM_OK;
 }
 
 INT32 FakeMenu::AddItem(UINT16 id, const char* text, UINT32, UINT32, UINT32) {
+  Inside();
   entries.push_back(std::to_string(id) + " " + text);
   return ZEM_OK;
 }
 
 INT32 FakeMenu::AddSeparator() {
+  Inside();
   entries.push_back("-");
   return ZEM_OK;
 }
 
 INT32 FakeMenu::SetResponse(IZEMContextMenuResponse* newResponse) {
+  Inside();
   response = newResponse;
   return ZEM_OK;
 }
 
 INT32 FakeUpgrades::Add(UINT32 type, IZEMBuffer* name, UINT32, UINT32) {
+  Inside();
   const Bytes bytes = BytesOf(name);
   names.push_back(std::to_string(type) + " " + std::string(bytes.begin(), bytes.end()));
   return ZEM_OK;

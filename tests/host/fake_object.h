@@ -3,6 +3,7 @@
 // everything was let go.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -14,6 +15,14 @@ namespace vexel::test {
 
 // Objects of this host that are alive, in the whole process.
 inline int g_alive = 0;
+
+// What the client does inside each operation that the plug-in asks for, if
+// anything: one that calls back before it returns.
+inline std::function<void()> g_inside;
+inline void Inside() {
+  const std::function<void()> call = g_inside;  // which may set another
+  if (call) call();
+}
 
 // Holds a reference.
 template <class T>
@@ -80,6 +89,7 @@ class Fake : public Interface {
 
   INT32 QueryInterface(const ZEMID& id, void** out) override {
     if (!out) return ZEM_BAD_ARGUMENT;
+    Inside();
     *out = nullptr;
     if (ZEMIsEqualID(id, m_id) || ZEMIsEqualID(id, IID_IUnknown)) {
       *out = static_cast<Interface*>(this);

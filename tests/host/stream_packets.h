@@ -36,6 +36,27 @@ class RecordingHandler final : public IOnPacketHandler {
   INT32 result = ZEM_OK;
 };
 
+// A buffer of a client that is out of memory: it tells a size and has no bytes.
+class HollowBuffer final : public Fake<IZEMBuffer> {
+ public:
+  HollowBuffer() : Fake(IID_IZEMBuffer) {}
+  INT32 Get(UINT8*& data, UINT32& size) override {
+    data = nullptr;
+    size = GetSize();
+    return ZEM_OK;
+  }
+  INT32 Set(const UINT8*, UINT32) override { return ZEM_OUT_OF_MEMORY; }
+  INT32 SetSize(UINT32) override { return ZEM_OUT_OF_MEMORY; }
+  UINT32 GetSize() override { return 100; }
+  UINT8* GetBuffer() override { return nullptr; }
+};
+
+inline Ptr<IZEMPacket> MakeHollowPacket() {
+  Ptr<IZEMPacket> packet = MakePacket({});
+  packet->Set(New<HollowBuffer>().get(), 0, 0, 0, 0);
+  return packet;
+}
+
 // A reassembler between a factory and a handler, with a way back.
 struct Reassembly {
   explicit Reassembly(bool nonLinear, UINT32 start = 0, UINT32 length = 0) {

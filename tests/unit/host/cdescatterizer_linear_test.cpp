@@ -33,6 +33,30 @@ TEST_F(LinearReassembly, ThreeRecordsGiveThreeMessagesWithTheirTimes) {
   EXPECT_EQ(handler.offsets, 0) << "messages carry their times; no offset is passed on";
 }
 
+TEST_F(LinearReassembly, BufferWithoutBytesIsPassedOver) {
+  EXPECT_EQ(reassembler.OnPacket(test::MakeHollowPacket().get(), 0), ZEM_OK);
+  EXPECT_EQ(Count(), 0u);
+}
+
+TEST_F(LinearReassembly, PacketFromInsideTheClassFactoryIsRefused) {
+  INT32 inside = ZEM_OK;
+  test::g_inside = [&] {
+    test::g_inside = nullptr;
+    inside = Put(WholeRecord(0, {2}));
+  };
+  EXPECT_EQ(Put(WholeRecord(0, {1})), ZEM_OK);
+  EXPECT_EQ(inside, ZEM_UNEXPECTED);
+  EXPECT_EQ(Count(), 1u);
+}
+
+TEST_F(LinearReassembly, PacketOfARequestIsMadeBeforeItsBuffer) {
+  Put(FragmentRecord(5, 0, {1}, false));
+  factory->failAfter = 1;
+  reassembler.RequestLostCharacter(5, 0);
+  EXPECT_EQ(factory->made, 1);
+  EXPECT_TRUE(backChannel->sent.empty());
+}
+
 TEST_F(LinearReassembly, TimesBeforeTheStartAreDueAtOnce) {
   Put(WholeRecord(100, {1}), 0, 101);
   EXPECT_EQ(handler.messages[0].time, 0u);

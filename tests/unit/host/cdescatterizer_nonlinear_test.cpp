@@ -55,6 +55,10 @@ struct NonLinearReassembly : testing::Test, Reassembly {
   FramedFile file = MakeFile({100, 30, 30, 40, 800, 60});
 };
 
+TEST_F(NonLinearReassembly, BufferWithoutBytesIsAFailure) {
+  EXPECT_EQ(reassembler.OnPacket(test::MakeHollowPacket().get(), 0), ZEM_FAILED);
+}
+
 TEST_F(NonLinearReassembly, WholeFramesGoOutAsTheyAre) {
   EXPECT_EQ(Put(file.Cut(20, 150), 700, 100), ZEM_OK);
   ASSERT_EQ(Count(), 1u);

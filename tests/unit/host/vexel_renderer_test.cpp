@@ -173,6 +173,22 @@ TEST_F(RendererTest, StartStreamPassesFailuresOn) {
   EXPECT_EQ(host.player->sinks.size(), 1u);
 }
 
+TEST_F(RendererTest, StreamIsNotReplacedFromInsideACall) {
+  Init();
+  INT32 start = ZEM_OK, header = ZEM_OK;
+  const Ptr<IZEMValues> values = test::MakeValues();
+  test::g_inside = [&] {
+    // Behind the report to the log, of which the inner calls make more.
+    test::g_inside = nullptr;
+    start = Start();
+    header = renderer->OnHeader(values.get());
+  };
+  EXPECT_EQ(Start(), ZEM_OK);
+  EXPECT_EQ(start, ZEM_UNEXPECTED);
+  EXPECT_EQ(header, ZEM_UNEXPECTED);
+  EXPECT_EQ(CountOf("14 StartStream()"), 2u);
+}
+
 TEST_F(RendererTest, SecondStartStreamListensOnce) {
   Init();
   Start();
