@@ -39,6 +39,16 @@ Ref<IZEMValues> NewValues() {
   return Ref<IZEMValues>(new CQKHeader);
 }
 
+Ref<IZEMValues> NewHeader(uint32_t rendererFlags, uint32_t packets, std::span<const uint8_t> head) {
+  const Ref<IZEMValues> header = NewValues();
+  header->SetPropertyULONG32("StreamVersion", 0);
+  header->SetPropertyULONG32("ContentVersion", 0);
+  header->SetPropertyULONG32("RendererFlags", rendererFlags);
+  header->SetPropertyULONG32("NumPackets", packets);
+  header->SetPropertyBuffer("OpaqueData", NewBuffer(head).get());
+  return header;
+}
+
 std::span<const uint8_t> BytesOf(IZEMBuffer* buffer) {
   UINT8* data = nullptr;
   UINT32 size = 0;

@@ -20,6 +20,9 @@ Ref<IZEMPacket> NewLostPacket();
 // To be filled.
 Ref<IZEMPacket> NewEmptyPacket();
 Ref<IZEMValues> NewValues();
+// What tells the plug-in of a stream, but for how long it is: its kind, how many
+// packets it has (0 for unknown), and what stands in front of the movie's tags.
+Ref<IZEMValues> NewHeader(uint32_t rendererFlags, uint32_t packets, std::span<const uint8_t> head);
 
 // The bytes of a buffer, borrowed from it; none for null.
 std::span<const uint8_t> BytesOf(IZEMBuffer* buffer);

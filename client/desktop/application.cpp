@@ -43,7 +43,7 @@ void RunApplication(const PlayOptions& options) {
   OpenDisplay();
   EventLoop loop(g_main_context_default());
   const PluginLibrary library(options.plugin);
-  PlayerWindow window(&loop, &library, options.report);
+  PlayerWindow window(&loop, &library, options.report, options.delivery);
   if (!options.movie.empty()) window.Open(options.movie);
   gtk_main();
 }

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "client/desktop/application.h"
+#include "client/stream/delivery_options.h"
 #include "tools/installation.h"
 #include "tools/status.h"
 
@@ -16,16 +17,20 @@ using tools::Failure;
 using tools::kFailed;
 using tools::kMisused;
 
-void AddOptions(CLI::App* app, PlayOptions* options, bool* log) {
+void AddOptions(CLI::App* app, PlayOptions* options, DeliveryOptions* delivery, bool* log) {
   app->add_option("MOVIE", options->movie, "a movie's file, or its http address");
   app->add_option("--plugin", options->plugin, "the plug-in (vexel.so of this installation)")
       ->type_name("FILE");
   app->add_flag("--log", *log, "the plug-in's reports on standard error");
+  delivery->AddTo(app);
   app->footer(
       "Keys: space plays and stops, comma and full stop go a frame back and on, F and F11\n"
       "fill the screen, Escape leaves it. Behind a click on the movie all keys but F11 are the\n"
       "movie's, until Escape.\n"
-      "Example: vexel play clock.vxf");
+      "With any of the options from --mode on, movies are cut into packets, which cross a\n"
+      "network that is made up, in real time; see vexel-stream(1).\n"
+      "Examples: vexel play clock.vxf\n"
+      "  vexel play --mode linear --loss 5 --delay 80 clock.vxf");
 }
 
 void Play(PlayOptions options, bool log) {
@@ -42,7 +47,8 @@ void Main(int argc, char** argv) {
   CLI::App app("play a movie in a window", "vexel play");
   PlayOptions options;
   bool log = false;
-  AddOptions(&app, &options, &log);
+  DeliveryOptions delivery;
+  AddOptions(&app, &options, &delivery, &log);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -50,6 +56,7 @@ void Main(int argc, char** argv) {
     app.exit(error);
     return;
   }
+  if (delivery.given()) options.delivery = delivery.Setup();
   Play(std::move(options), log);
 }
 

@@ -27,14 +27,15 @@ Display* XDisplay() {
 }  // namespace
 
 PlayerWindow::PlayerWindow(EventLoop* loop, const PluginLibrary* library,
-                           std::function<void(const LogReport&)> report)
+                           std::function<void(const LogReport&)> report,
+                           const std::optional<DeliverySetup>& delivery)
     : loop_(loop),
       settings_(Make<Preferences>(Preferences::DefaultPath())),
       http_(std::make_unique<HttpService>(loop)) {
   MakeWidgets();
   MakeSite();
   TakeSettings();
-  stage_ = {loop, library, http_.get(), settings_.kept(), site_.get(), std::move(report)};
+  stage_ = {loop, library, http_.get(), settings_.kept(), site_.get(), std::move(report), delivery};
   JoinBus();
   Refresh();
 }

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "client/core/event_loop.h"
@@ -27,9 +28,11 @@ namespace vexel::client {
 
 class PlayerWindow {
  public:
-  // On the display that GTK has opened. `report` may be null.
+  // On the display that GTK has opened. `report` may be null; `delivery` is of a
+  // network that is made up, if any.
   PlayerWindow(EventLoop* loop, const PluginLibrary* library,
-               std::function<void(const LogReport&)> report);
+               std::function<void(const LogReport&)> report,
+               const std::optional<DeliverySetup>& delivery);
   ~PlayerWindow();
   PlayerWindow(const PlayerWindow&) = delete;
   PlayerWindow& operator=(const PlayerWindow&) = delete;

@@ -1,6 +1,8 @@
 // The plug-in is not told how long the movie is: it would set timers of its own
 // behind the end, which know nothing of speed. It gets the clock's time for as
-// long as it plays, and timelines begin again by themselves.
+// long as it plays. A movie that shows one frame after the other begins anew when
+// its clock is set back; one that steers itself is left to do so, and its clock
+// goes on.
 #include "client/desktop/presentation.h"
 
 #include <algorithm>
@@ -13,6 +15,8 @@
 #include "client/core/scheduler.h"
 #include "client/core/stream_source.h"
 #include "client/core/values.h"
+#include "client/feed/network_feed.h"
+#include "client/feed/progressive_feed.h"
 
 namespace vexel::client {
 
@@ -21,8 +25,7 @@ namespace {
 // How often the time is told at least, and at most, milliseconds.
 constexpr uint32_t kLongestTick = 50;
 constexpr uint32_t kShortestTick = 5;
-// A renderer of packets that are the movie file in its order.
-constexpr uint32_t kNonLinear = 1;
+constexpr int kBuffered = 100;  // percent
 // The closed movie's files and sockets are given so long to end.
 constexpr uint32_t kLongestGoodbye = 2000;
 
@@ -108,8 +111,8 @@ void Presentation::LoadPage(const std::string& url) {
 void Presentation::Take(std::span<const uint8_t> bytes) {
   try {
     movie_.Append(bytes);
-    if (!started() && movie_.ready() && movie_.framesIn() > 0) Start();
-    Feed();
+    if (!started() && CanStart()) Start();
+    RunFeed();
   } catch (const std::runtime_error& problem) {
     // Not in the transfer's own call.
     soon_ = stage_.loop->Soon([this, text = std::string(problem.what())] { Fail(text); });
@@ -122,11 +125,33 @@ void Presentation::Finish(bool whole) {
   try {
     movie_.Finish();
     if (!started()) Start();
-    Feed();
+    RunFeed();
     if (!whole || !movie_.complete())
       Fail("The connection broke. The movie plays as far as it came.");
   } catch (const std::runtime_error& problem) {
     Fail(whole ? problem.what() : "The connection broke before the movie began.");
+  }
+}
+
+// A network takes a movie that is whole.
+bool Presentation::CanStart() const {
+  return stage_.delivery ? movie_.finished() : movie_.ready() && movie_.framesIn() > 0;
+}
+
+std::shared_ptr<Feed> Presentation::NewFeed() {
+  const auto hand_over = [this](IZEMPacket* packet) { session_->Packet(packet); };
+  if (!stage_.delivery) {
+    return std::make_shared<ProgressiveFeed>(&movie_, [=](const StreamPacket& packet) {
+      hand_over(NewPacket(NewBuffer(packet.bytes).get(), packet.time, 0).get());
+    });
+  }
+  NetworkFeed::Ends ends{.loop = stage_.loop,
+                         .position = [this] { return player_->GetPosition(); },
+                         .handOver = hand_over};
+  try {
+    return std::make_shared<NetworkFeed>(*stage_.delivery, &movie_, ends);
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(std::string("The movie ") + error.what() + ".");
   }
 }
 
@@ -142,68 +167,93 @@ void Presentation::Start() {
                                  .preferences = stage_.preferences,
                                  .report = stage_.report,
                                  .allowLocalFiles = !location.http});
+  const std::shared_ptr<Feed> feed = NewFeed();
   player_ = Make<Player>(stage_.loop, services_->context(), [this] { return clock_.Now(); });
   session_ =
       std::make_unique<Session>(*stage_.library, services_->context(), player_.get(), stage_.site);
   session_->onOpenURL = [this](const std::string& url) { events_.onOpenURL(url); };
+  session_->onSeek = [this](uint32_t time) {
+    feed_->JumpTo(time);
+    endTold_ = endTold_ && feed_->ended();
+  };
+  feed_ = feed;
 
   const std::string base = location.http ? url_ : std::filesystem::absolute(location.path).string();
-  const Ref<StreamSource> source = Make<StreamSource>(base, nullptr);
+  StreamSource::SendRequest send;
+  if (feed_->resends()) {
+    // The source is the plug-in's, and may stay for longer than the feed.
+    send = [held = std::weak_ptr<Feed>(feed_)](IZEMBuffer* request) {
+      if (const auto there = held.lock()) there->Request(BytesOf(request));
+    };
+  }
+  const Ref<StreamSource> source = Make<StreamSource>(base, send);
   Ref<IZEMStream> stream;
   source->GetStream(0, stream.Out());
-  const Ref<IZEMValues> header = NewValues();
-  header->SetPropertyULONG32("StreamVersion", 0);
-  header->SetPropertyULONG32("ContentVersion", 0);
-  header->SetPropertyULONG32("RendererFlags", kNonLinear);
-  header->SetPropertyBuffer("OpaqueData", NewBuffer(movie_.head()).get());
-  player_->SetLength(movie_.duration());
-  session_->Open(stream.get(), header.get());
-  Feed();
+  const StreamHeader header = feed_->Header();
+  player_->SetLength(length());
+  session_->Open(stream.get(),
+                 NewHeader(header.rendererFlags, header.packets, header.opaque).get());
+  RunFeed();
   player_->Begin();
   Tick();
 }
 
-// Hands over what is in.
-void Presentation::Feed() {
+void Presentation::RunFeed() {
   if (!session_) return;
-  if (const std::optional<StreamPacket> packet = movie_.TakePacket())
-    session_->Packet(NewPacket(NewBuffer(packet->bytes).get(), packet->time, 0).get());
-  player_->SetLength(movie_.duration());
-  if (movie_.finished() && !std::exchange(endTold_, true)) session_->EndOfPackets();
+  feed_->Run();
+  player_->SetLength(length());
 }
 
 // Half a frame at this speed, so that none is shown late by more.
 uint32_t Presentation::TickMs() const {
-  const double frameMs = movie_.DueTime(1) / clock_.speed();
+  const double frameMs = feed_->DueTime(1) / clock_.speed();
   return std::clamp(static_cast<uint32_t>(frameMs / 2), kShortestTick, kLongestTick);
 }
 
 void Presentation::Tick() {
   if (!session_) return;
   tick_ = stage_.loop->After(TickMs(), [this] { Tick(); });
-  if (!player_->IsRunning()) {
-    player_->TellPosition();
-    // The report of a seek may have come while the plug-in rested from the seek
-    // before, and it takes no second report. The time is the same: nothing moves.
-    session_->TimeSync(player_->GetPosition());
-    return;
-  }
+  RunFeed();
   const uint32_t now = player_->GetPosition();
-  const bool ahead = !movie_.finished() && movie_.FrameDueAt(now) >= movie_.framesIn();
-  if (ahead != clock_.held()) {
-    clock_.Hold(ahead);
-    session_->Buffering(0, ahead ? 0 : 100);
-  }
-  if (!loop_ && movie_.finished() && now >= length()) {
-    player_->Pause();
-    player_->SetPosition(length());
-    return;
-  }
+  const bool waits = feed_->Waits(now);
+  const int in = waits ? std::min(feed_->percent(), kBuffered - 1) : kBuffered;
+  if (std::exchange(buffered_, in) != in) session_->Buffering(0, static_cast<uint16_t>(in));
+  clock_.Hold(waits);
+  if (waits) return;
+  if (player_->IsRunning()) return GoOn(now);
+  player_->TellPosition();
+  // The report of a seek may have come while the plug-in rested from the seek
+  // before, and it takes no second report; of a linear movie it takes none. The
+  // time is the same: nothing moves.
+  TimeSync(now);
+}
+
+// The plug-in takes packets in at its time syncs, and the end at once: so the
+// end is told behind the sync that follows the last packet.
+void Presentation::TimeSync(uint32_t now) {
   session_->TimeSync(now);
+  if (feed_->ended() && !std::exchange(endTold_, true)) session_->EndOfPackets();
+}
+
+void Presentation::GoOn(uint32_t now) {
+  if (movie_.finished() && now >= length()) {
+    if (!loop_) {
+      player_->Pause();
+      player_->SetPosition(length());
+      return;
+    }
+    if (feed_->goesRound() && feed_->frames() > 1) return Seek(0);
+  }
+  TimeSync(now);
 }
 
 uint32_t Presentation::length() const {
+  if (feed_) return feed_->DueTime(feed_->frames());
   return movie_.ready() ? movie_.duration() : 0;
+}
+
+int Presentation::loadedPercent() const {
+  return feed_ ? feed_->percent() : movie_.percent();
 }
 
 uint32_t Presentation::position() const {
@@ -223,17 +273,17 @@ void Presentation::PlayOrPause() {
 }
 
 void Presentation::Seek(uint32_t ms) {
-  if (!started() || movie_.framesIn() == 0) return;
-  player_->Seek(std::min(ms, movie_.DueTime(movie_.framesIn() - 1)));
+  if (!started() || feed_->framesIn() == 0) return;
+  player_->Seek(std::min(ms, feed_->DueTime(feed_->framesIn() - 1)));
   if (!player_->IsRunning()) player_->TellPosition();
 }
 
 void Presentation::StepFrames(int count) {
   if (!started()) return;
   player_->Pause();
-  const auto frame = static_cast<int64_t>(movie_.FrameDueAt(position())) + count;
-  const auto last = static_cast<int64_t>(movie_.framesIn()) - 1;
-  Seek(movie_.DueTime(
+  const auto frame = static_cast<int64_t>(feed_->FrameDueAt(position())) + count;
+  const auto last = static_cast<int64_t>(feed_->framesIn()) - 1;
+  Seek(feed_->DueTime(
       static_cast<size_t>(std::clamp<int64_t>(frame, 0, std::max<int64_t>(last, 0)))));
 }
 

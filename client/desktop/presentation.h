@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "client/core/event_loop.h"
@@ -13,8 +15,10 @@
 #include "client/core/plugin_library.h"
 #include "client/core/services.h"
 #include "client/core/session.h"
+#include "client/feed/feed.h"
 #include "client/desktop/play_clock.h"
 #include "client/desktop/x_site.h"
+#include "client/stream/delivery.h"
 #include "client/stream/growing_movie.h"
 
 namespace vexel::client {
@@ -27,6 +31,8 @@ struct Stage {
   Preferences* preferences;
   XSite* site;
   std::function<void(const LogReport&)> report;  // null: no log
+  // Movies are sent over a network that is made up; else they play as they load.
+  std::optional<DeliverySetup> delivery{};
 };
 
 // What a presentation tells its window, never inside a call of the window's.
@@ -54,9 +60,10 @@ class Presentation {
   // Milliseconds, position below length but at the end; percent of the file.
   uint32_t position() const;
   uint32_t length() const;
-  int loadedPercent() const { return movie_.percent(); }
-  bool loading() const { return transfer_ != nullptr; }
-  // The clock stands until the next frame comes in.
+  // Of the file, or of the packets that the beginning or a jump waits for.
+  int loadedPercent() const;
+  bool loading() const { return transfer_ != nullptr || buffering(); }
+  // The clock stands until more comes in.
   bool buffering() const { return clock_.held(); }
 
   void PlayOrPause();
@@ -73,9 +80,13 @@ class Presentation {
   // Takes what has come in, and starts when there is something to start with.
   void Take(std::span<const uint8_t> bytes);
   void Finish(bool whole);
+  bool CanStart() const;
   void Start();
-  void Feed();
+  std::shared_ptr<Feed> NewFeed();
+  void RunFeed();
   void Tick();
+  void GoOn(uint32_t now);
+  void TimeSync(uint32_t now);
   void Fail(const std::string& text);
   uint32_t TickMs() const;
 
@@ -85,7 +96,9 @@ class Presentation {
   PlayClock clock_;
   GrowingMovie movie_;
   bool loop_ = true;
-  bool endTold_ = false;  // the plug-in knows that all packets are in
+  std::shared_ptr<Feed> feed_;  // with session_
+  int buffered_ = 100;          // percent of what the clock waits for, as the plug-in knows it
+  bool endTold_ = false;        // it knows that all packets are in
   std::unique_ptr<HttpTransfer> transfer_;
   std::unique_ptr<Services> services_;
   Ref<Player> player_;

@@ -129,13 +129,8 @@ void StreamClient::OpenSession() {
   source->GetStream(0, stream.Out());
   const StreamHeader header = delivery_->Header();
   const uint32_t duration = setup_.durationMs.value_or(header.duration);
-  const Ref<IZEMValues> values = NewValues();
-  values->SetPropertyULONG32("StreamVersion", 0);
-  values->SetPropertyULONG32("ContentVersion", 0);
+  const Ref<IZEMValues> values = NewHeader(header.rendererFlags, header.packets, header.opaque);
   values->SetPropertyULONG32("Duration", duration);
-  values->SetPropertyULONG32("RendererFlags", header.rendererFlags);
-  values->SetPropertyULONG32("NumPackets", header.packets);
-  values->SetPropertyBuffer("OpaqueData", NewBuffer(header.opaque).get());
   player_->Reset();
   player_->SetLength(duration);
   session_->Open(stream.get(), values.get());

@@ -14,7 +14,7 @@ constexpr size_t kRequestBytes = 12;  // position, length, 0
 }  // namespace
 
 NonLinearPacketizer::NonLinearPacketizer(const MovieIndex* movie, size_t packetBytes)
-    : Packetizer(movie, 1) {
+    : Packetizer(movie, kNonLinearRenderer) {
   if (movie->frames() > kMaxFrames) throw std::runtime_error("has too many frames to be streamed");
   const std::vector<size_t>& bounds = movie->bounds();
   for (size_t k = 0; k < movie->frames(); k++) {

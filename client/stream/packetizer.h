@@ -15,10 +15,13 @@ struct StreamPacket {
   std::vector<uint8_t> bytes;
 };
 
+// A stream's packets are the movie file; without it they are messages.
+inline constexpr uint32_t kNonLinearRenderer = 1;
+
 // What the plug-in is told before the packets.
 struct StreamHeader {
   uint32_t duration = 0;       // milliseconds
-  uint32_t rendererFlags = 0;  // bit 0: non-linear
+  uint32_t rendererFlags = 0;  // kNonLinearRenderer or 0
   uint32_t packets = 0;
   std::vector<uint8_t> opaque;
 };
