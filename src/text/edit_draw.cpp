@@ -4,6 +4,7 @@
 // read the tables that are left behind.
 #include "text/edit_text.h"
 
+#include <algorithm>
 #include <new>
 
 #include "movie/character.h"
@@ -24,9 +25,6 @@ namespace vexel {
 
 namespace {
 
-// From the bounds of a field to its text, on all sides, twentieths.
-constexpr SCOORD kBorder = 40;
-
 constexpr uint16_t kLineFeed = 10;
 constexpr uint16_t kReturn = 13;
 constexpr uint16_t kAsterisk = 42;
@@ -45,10 +43,6 @@ enum EditOrder : uint32_t {
 // Font units at `height` to twentieths.
 int32_t Scaled(int32_t units, int32_t height) {
   return WrapMul(units, height) / kFontSquare;
-}
-
-int32_t Clamped(int32_t v, int32_t high) {
-  return v < 0 ? 0 : v > high ? high : v;
 }
 
 // An array that goes with its scope; null without memory.
@@ -115,7 +109,7 @@ class EditDrawing {
   };
 
   bool CursorIsShown() const;
-  bool SetUpOutlines();
+  void SetUpOutlines();
   bool SetUpDevice();
   bool LayOut();
   void MeasureGlyphs(const uint16_t* glyphs);
@@ -150,7 +144,7 @@ bool EditDrawing::CursorIsShown() const {
          !(m_record.flags & kEditTextReadOnly);
 }
 
-bool EditDrawing::SetUpOutlines() {
+void EditDrawing::SetUpOutlines() {
   const int32_t height = m_text->fontHeight;
   m_stroker.antialias = m_object->display->antialias;
   m_text->ascent = Scaled(m_font.Ascent(), height);
@@ -169,9 +163,7 @@ bool EditDrawing::SetUpOutlines() {
     AddRect(&bounds, &m_text->devMatrix, m_selectionColor, display, &m_object->edges, &m_stroker);
     AddRect(&bounds, &m_text->devMatrix, paper, display, &m_object->edges, nullptr);
   }
-  m_text->textRect = bounds;
-  RectInset(kBorder, &m_text->textRect);
-  return true;
+  m_text->textRect = m_text->InnerBounds();
 }
 
 // For a platform that paints texts itself: the layout in pixels. It has no
@@ -190,9 +182,8 @@ bool EditDrawing::SetUpDevice() {
   m_record.leftMargin = FixedMul(m_record.leftMargin, pixelMat.a);
   m_record.rightMargin = FixedMul(m_record.rightMargin, pixelMat.a);
   m_record.indent = FixedMul(m_record.indent, pixelMat.a);
-  SRECT rect = m_object->character->bounds;
-  RectInset(kBorder, &rect);
-  MatrixTransformRect(&pixelMat, &rect, &m_text->textRect);
+  const SRECT inner = m_text->InnerBounds();
+  MatrixTransformRect(&pixelMat, &inner, &m_text->textRect);
   return true;
 }
 
@@ -268,7 +259,7 @@ void EditDrawing::Align(const Row& row, SCOORD* xs) const {
 // starts at the same character.
 bool EditDrawing::HasCursor(const Row& row) const {
   const int32_t cursor = m_text->selectionCursor;
-  const int32_t c = WrapSub(cursor, row.start);
+  const int32_t c = cursor - row.start;
   if (c < 0 || c > row.count) return false;
   if (c < row.count) return true;
   return m_text->atLineEnd || cursor >= m_text->length - 1 || c == 0 ||
@@ -278,11 +269,9 @@ bool EditDrawing::HasCursor(const Row& row) const {
 // Glyphs, selection and cursor of a row; false once the text has read enough of
 // its font.
 bool EditDrawing::DrawRow(const Row& row, const uint16_t* glyphs, const SCOORD* xs) {
-  const bool forward = m_text->selectionAnchor <= m_text->selectionCursor;
-  const int32_t lower = forward ? m_text->selectionAnchor : m_text->selectionCursor;
-  const int32_t upper = forward ? m_text->selectionCursor : m_text->selectionAnchor;
-  const int32_t a = Clamped(WrapSub(lower, row.start), row.count);
-  const int32_t b = Clamped(WrapSub(upper, row.start), row.count);
+  const int32_t upper = m_text->SelectionEnd();
+  const int32_t a = std::clamp(m_text->SelectionStart() - row.start, 0, row.count);
+  const int32_t b = std::clamp(upper - row.start, 0, row.count);
 
   for (int32_t i = 0; i < row.count; ++i) {
     const uint16_t glyph = glyphs[row.start + i];
@@ -296,10 +285,9 @@ bool EditDrawing::DrawRow(const Row& row, const uint16_t* glyphs, const SCOORD* 
   }
   if (a != b) {
     // Required: where the selection goes on, its rectangle meets the next row's.
-    const bool goesOn = WrapSub(upper, row.start) > row.count;
+    const bool goesOn = upper - row.start > row.count;
     const SCOORD bottom = goesOn ? WrapAdd(row.top, m_text->lineHeight) : row.bottom;
-    SRECT rect;
-    rect = {xs[a], xs[b], row.top, bottom};
+    const SRECT rect = {xs[a], xs[b], row.top, bottom};
     AddRect(&rect, &m_text->devMatrix, m_selectionColor, m_object->display, &m_object->edges,
             nullptr);
   }
@@ -316,7 +304,6 @@ void EditDrawing::DrawRows(const uint16_t* glyphs, SCOORD* xs) {
   const int32_t lineCount = m_text->lineCount;
   const uint16_t* buffer = m_text->buffer;
   int32_t line = m_text->vscroll > lineCount ? lineCount - 1 : m_text->vscroll;
-  if (line < 0) line = 0;
   int32_t start = m_text->lineStarts.At(line);
   SCOORD top = m_text->textRect.ymin;
   int32_t firstIndent = m_record.indent;
@@ -362,7 +349,11 @@ bool EditDrawing::Run() {
   // A font of the first form has neither codes nor advances.
   if (!m_font.font || m_font.font->tagCode != kTagDefineFont2) return false;
   if (!m_text->charWidths.Reset(m_text->length + 1)) return false;
-  if (m_outlines ? !SetUpOutlines() : !SetUpDevice()) return false;
+  if (m_outlines) {
+    SetUpOutlines();
+  } else if (!SetUpDevice()) {
+    return false;
+  }
   if (!LayOut()) return false;
   if (!(m_record.flags & kEditTextNoSelect)) m_text->AutoScroll();
   return true;

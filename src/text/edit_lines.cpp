@@ -3,9 +3,23 @@
 #include <algorithm>
 
 #include "geometry/intmath.h"
+#include "movie/character.h"
 #include "text/edit_text.h"
 
 namespace vexel {
+
+namespace {
+
+// Between a field's bounds and its lines, on all sides, twentieths.
+constexpr SCOORD kBorder = 40;
+
+}  // namespace
+
+SRECT EditText::InnerBounds() const {
+  SRECT inner = character->bounds;
+  RectInset(kBorder, &inner);
+  return inner;
+}
 
 int32_t EditText::CalcVisibleLines() const {
   if (lineHeight == 0) return 0;

@@ -13,9 +13,6 @@ namespace vexel {
 
 namespace {
 
-// Between a field's bounds and its lines, twentieths.
-constexpr SCOORD kBorder = 40;
-
 // A press that comes sooner than that after the last event, and at the same
 // pixel, takes the word. Milliseconds.
 constexpr uint32_t kDoubleClickTime = 500;
@@ -33,12 +30,6 @@ SPOINT EditText::LocalPoint(const SPOINT* pixel) const {
   SPOINT local;
   MatrixTransformPoint(&inverse, &dev, &local);
   return local;
-}
-
-SRECT EditText::InnerBounds() const {
-  SRECT inner = character->bounds;
-  RectInset(kBorder, &inner);
-  return inner;
 }
 
 bool EditText::EndsWord(int32_t index) const {

@@ -5,6 +5,7 @@
 // tag for every so many bytes, so that neither memory nor time can run away.
 #include "text/edit_text.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -42,10 +43,6 @@ char* TakeName(SParser* parser, int64_t* charge) {
   }
   *charge += bytes;
   return name;
-}
-
-int32_t Clamped(int32_t index, int32_t length) {
-  return index < 0 ? 0 : index > length ? length : index;
 }
 
 }  // namespace
@@ -107,8 +104,8 @@ void EditText::SetText(TextView text) {
   }
   TakeBuffer(wide, text.length);
   length = WideStrLen(wide);
-  selectionAnchor = Clamped(selectionAnchor, length);
-  selectionCursor = Clamped(selectionCursor, length);
+  selectionAnchor = std::clamp(selectionAnchor, 0, length);
+  selectionCursor = std::clamp(selectionCursor, 0, length);
 }
 
 void EditText::SetBuffer(const char* text) {
@@ -142,8 +139,8 @@ void EditText::UpdateFromVariable() {
   }
   if (!player->saveFocus.Restore(this)) return;
   // The text may have become shorter since.
-  selectionAnchor = Clamped(selectionAnchor, length);
-  selectionCursor = Clamped(selectionCursor, length);
+  selectionAnchor = std::clamp(selectionAnchor, 0, length);
+  selectionCursor = std::clamp(selectionCursor, 0, length);
   player->focus.Set(object);
 }
 

@@ -110,6 +110,8 @@ class EditText {
 
   // --- Lines (edit_lines.cpp) ---
 
+  // The ground that lines take: the character's bounds without the border.
+  SRECT InnerBounds() const;
   // Rows that fit into `textRect`; 0 without a line height.
   int32_t CalcVisibleLines() const;
   int32_t CalcMaxVScroll() const;
@@ -202,8 +204,6 @@ class EditText {
   void MoveToLine(int32_t line, int32_t column, bool shift);
   // A pixel in local units, by the last Draw.
   SPOINT LocalPoint(const SPOINT* pixel) const;
-  // The ground that lines take: the character's bounds without the border.
-  SRECT InnerBounds() const;
   int32_t IndexAt(int32_t line, SCOORD x, SCOORD xmax);
 
   int32_t m_room = 0;    // entries of `buffer` less one
