@@ -203,6 +203,45 @@ TEST(HTTPParser, ParsesSeveralMessagesInARow) {
   EXPECT_EQ(urls, "/1/2/3");
 }
 
+TEST(HTTPParser, MessagesOutliveTheirParserAndItsNextLines) {
+  Message messages[3];
+  {
+    HTTPParser parser;
+    for (int i = 0; i < 3; i++) {
+      std::string text = "GET / HTTP/1.0\n";
+      for (int line = 0; line < 30; line++) {
+        const std::string number = std::to_string(100 * i + line);
+        text.append("Name-").append(number).append(": value ").append(number).append("\n");
+      }
+      text += '\n';
+      UINT32 used = static_cast<UINT32>(text.size());
+      messages[i].reset(parser.parse(text.data(), used));
+      ASSERT_TRUE(messages[i]);
+      EXPECT_EQ(parser.GetCount(), 32);
+    }
+  }
+  for (int i = 0; i < 3; i++) {
+    MIMEHeader* header = messages[i]->getFirstHeader();
+    for (int line = 0; line < 30; line++, header = messages[i]->getNextHeader()) {
+      const std::string number = std::to_string(100 * i + line);
+      ASSERT_TRUE(header);
+      EXPECT_TRUE(header->name() == ("Name-" + number).c_str());
+      EXPECT_TRUE(header->getFirstHeaderValue()->value() == ("value " + number).c_str());
+      EXPECT_TRUE(header->name() == ("Name-" + number).c_str());
+    }
+    EXPECT_FALSE(header);
+  }
+}
+
+TEST(HTTPParser, ANameIsKeptWhenTheValuesAreCleared) {
+  Message message = Parse("GET / HTTP/1.0\nX: a, b\n\n");
+  MIMEHeader* header = message->getFirstHeader();
+  header->clearHeaderValueList();
+  header->addHeaderValue("c");
+  EXPECT_TRUE(header->name() == "X");
+  EXPECT_EQ(Value(message, "x"), "c");
+}
+
 TEST(HTTPParser, WritesBackWhatItRead) {
   const std::string text = "GET /a?b=c HTTP/1.1\r\nHost: h:80\r\nAccept: a/b;q=1,c/d;q=2;r\r\n\r\n";
   EXPECT_EQ(Written(*Parse(text)), text);

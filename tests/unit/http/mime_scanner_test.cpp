@@ -77,6 +77,13 @@ TEST(MIMEScanner, SplitsAtDelimiters) {
   EXPECT_EQ(Tokens(std::string("a\0b,c", 5), ","), std::string("a\0b>, c$", 8));
 }
 
+TEST(MIMEScanner, ATokenHasTheRoomThatItNeeds) {
+  MIMEInputStream stream("abc,defg", 8);
+  MIMEScanner scanner(stream);
+  EXPECT_EQ(scanner.nextToken(",").text.GetAllocLength(), 3);
+  EXPECT_EQ(scanner.nextToken(",").text.GetAllocLength(), 4);
+}
+
 TEST(MIMEScanner, SplitsAtAnyCharacters) {
   EXPECT_EQ(Tokens("a|b;c", "|"), "a>| b;c$");
   EXPECT_EQ(Tokens("axbyc", "0123456789abcdefgxyz"), ">a >x >b >y >c $");
