@@ -31,15 +31,15 @@ def make(display, name, text):
     return movie
 
 
-COUNT_SIZE = (320, 160)
+COUNT_SIZE = (640, 160)
 COUNT_RATE = 10  # frames a second
 COUNT_FRAMES = 100
-COUNT = f"""movie size 320, 160 rate {COUNT_RATE} background white
-repeat {COUNT_FRAMES} as n {{
+COUNT = f"""movie size 640, 160 rate {COUNT_RATE} background white
+repeat frames as n {{
   frame {{
     shape = n + 1 {{
-      fill black rect 0, 0, 320, 20
-      repeat 8 as b {{ if mod(floor(n / power(2, b)), 2) == 1 {{ fill black rect 40*b, 40, 40, 120 }} }}
+      fill black rect 0, 0, 640, 20
+      repeat 8 as b {{ if mod(floor(n / power(2, b)), 2) == 1 {{ fill black rect 80*b, 40, 80, 120 }} }}
     }}
     if n > 0 {{ remove 1 }}
     place n + 1 depth 1
@@ -48,10 +48,10 @@ repeat {COUNT_FRAMES} as n {{
 """
 
 
-def counting(display):
+def counting(display, frames=COUNT_FRAMES):
     """A movie whose picture tells the number of its frame, from 0: eight bars, the
     lowest bit on the left."""
-    return make(display, "count", COUNT)
+    return make(display, "count", f"let frames = {frames}\n" + COUNT)
 
 
 def number(picture):

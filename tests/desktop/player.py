@@ -10,6 +10,10 @@ from display import PATIENCE, wait_for
 
 RETURN_TIME = 1  # seconds until a dialog is told again to take what it has
 
+BAR_MIDDLE = 21  # pixels from the window's lower edge
+# Places on the bar.
+PLAY, LOOP, SPEED, FULL = 62, -62, -117, -22
+
 
 class Player:
     """`vexel play`, with words of its command line."""
@@ -89,11 +93,24 @@ class Player:
         self.display.tool("mousemove", *self.at(x, y, movie))
         self.display.tool("click", button)
 
+    def click_bar(self, x):
+        """A place of the transport bar, in pixels from the left or, below 0, from the
+        right; the bar comes where the pointer moves."""
+        left, top, width, height = self.display.place(self.window)
+        x, y = left + (x if x >= 0 else width + x), top + height - BAR_MIDDLE
+        self.display.tool("mousemove", x, y - 2 * BAR_MIDDLE)
+        wait_for("the bar", lambda: self._has_bar(left + 2, top + height - 2))
+        self.display.tool("mousemove", x, y)
+        self.display.tool("click", 1)
+
+    def _has_bar(self, x, y):
+        return min(self.display.picture().getpixel((x, y))) > 230
+
     def key(self, *keys):
         self.display.tool("key", *keys)
 
     def type(self, text):
-        self.display.tool("type", "--delay", "30", text)
+        self.display.tool("type", "--delay", "12", text)
 
     def message(self):
         """Whether there is a message or a question: a bar in the theme's colour for
@@ -107,6 +124,18 @@ class Player:
     def answer(self):
         """Says yes to the question; the movie gives the keyboard back before."""
         self.key("Escape", "alt+o")
+
+    def windows(self):
+        """How many windows of the program there are on the screen: its own one,
+        dialogs, menus, the movie's."""
+        return len(self.display.tool("search", "--onlyvisible", "--class", "vexel-player").split())
+
+    def press_for_menu(self, *keys):
+        """Keys that open a menu; it is there and takes keys."""
+        self.wait_for_keyboard()
+        before = self.windows()
+        self.key(*keys)
+        wait_for("the menu", lambda: self.windows() > before)
 
     def active_name(self):
         return self.display.tool("getactivewindow", "getwindowname")

@@ -35,3 +35,34 @@ def case_the_right_button_opens_the_movies_menu(display):
     wait_for("the menu", lambda: far(player.shot(), plain) > 1)
     player.key("Escape")
     player.until("the menu gone", plain)
+
+
+def choose(player, x, y, row):
+    """From the movie's menu, by its row."""
+    before = player.windows()
+    player.click(x, y, BOOK_SIZE, button=3)
+    wait_for("the menu", lambda: player.windows() > before)
+    player.key(*["Down"] * (row + 1), "Return")
+    wait_for("the menu gone", lambda: player.windows() == before)
+
+
+def case_what_is_chosen_in_the_movies_menu_is_done(display):
+    player = Player(display, VEXEL, BOOK)
+    plain = streamed(BOOK)
+    player.until("the movie's picture", plain)
+    # The menu's rows, by their numbers for programs.
+    zoom_in, show_all, quality = 20042, 20034, 20028
+    hand = "move 200 300"
+
+    large = streamed(BOOK, hand, f"menu {zoom_in}", "clock 1000")
+    assert far(large, plain) > 1
+    choose(player, 200, 300, 0)
+    player.until("the movie enlarged", large)
+    whole = streamed(BOOK, hand, f"menu {zoom_in}", f"menu {show_all}", "clock 1000")
+    assert far(whole, large) > 1
+    choose(player, 200, 300, 3)
+    player.until("the movie as it was", whole)
+    rough = streamed(BOOK, hand, f"menu {quality}", "clock 1000")
+    assert far(rough, whole) > 0
+    choose(player, 200, 300, 4)
+    player.until("rough edges", rough)

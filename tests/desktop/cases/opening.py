@@ -1,7 +1,11 @@
-"""Movies from the command line, from dialogs and out of files that are none."""
+"""Movies from the command line, from dialogs, menus and other programs, and out of
+files that are none."""
+import pathlib
 import subprocess
+import time
 
 from display import wait_for
+from drag import Drag
 from movies import BOOK, BOOK_SIZE, TRAIN, VEXEL, streamed
 from player import Player
 
@@ -39,3 +43,64 @@ def case_without_a_display_there_is_a_message_and_status_1(display):
         done = subprocess.run([VEXEL, "play", BOOK], env=env | ({"DISPLAY": name} if name else {}),
                               capture_output=True, text=True)
         assert done.returncode == 1 and words in done.stderr, done.stderr
+
+
+def drop(display, player, movie, x, y):
+    """A movie, onto a place of the window given as shares of its size."""
+    drag = Drag(display, movie)
+    left, top, width, height = display.place(player.window)
+    drag.to(left + int(x * width), top + int(y * height))
+    drag.close()
+
+
+def case_a_movie_dropped_onto_the_empty_window_opens(display):
+    player = Player(display, VEXEL)
+    drop(display, player, BOOK, 0.5, 0.5)
+    player.until("the movie's picture", streamed(BOOK))
+    assert player.title().startswith("guestbook.vxf"), player.title()
+
+
+def case_a_movie_dropped_onto_another_one_takes_its_place(display):
+    player = Player(display, VEXEL, TRAIN)
+    wait_for("the first movie", player.site)
+    drop(display, player, BOOK, 0.7, 0.6)
+    wait_for("the next movie's name", lambda: player.title().startswith("guestbook.vxf"))
+    display.tool("mousemove", display.SIZE[0] - 1, 0)
+    player.until("the next movie's picture", streamed(BOOK))
+
+
+def case_recent_movies_are_listed_after_a_restart_the_last_one_first(display):
+    listed = display.folder / "data/recently-used.xbel"
+    for movie in (BOOK, TRAIN):
+        player = Player(display, VEXEL, movie)
+        wait_for("the movie in the list", lambda movie=movie: listed.exists() and
+                 movie.name in listed.read_text())
+        player.close()
+        # The list's times are whole seconds.
+        then = int(time.time())
+        wait_for("the next second", lambda then=then: int(time.time()) > then)
+    player = Player(display, VEXEL)
+    for downs, name in [(0, TRAIN.name), (1, BOOK.name)]:
+        player.press_for_menu("alt+f")
+        before = player.windows()
+        player.key("r")
+        wait_for("the list", lambda before=before: player.windows() > before)
+        player.key(*["Down"] * downs, "Return")
+        wait_for(f"{name} in the title", lambda name=name: player.title().startswith(name))
+    player.until("the picture", streamed(BOOK))
+
+
+def case_ten_movies_opened_one_after_another_leave_the_last_one(display):
+    player = Player(display, VEXEL, TRAIN)
+    wait_for("the movie", player.site)
+    tasks = pathlib.Path(f"/proc/{player.process.pid}/fd")
+    player.open(BOOK)
+    player.until("the picture", streamed(BOOK))
+    files = len(list(tasks.iterdir()))
+    for movie in [TRAIN, BOOK] * 5:
+        player.key("ctrl+l")
+        player.fill_in("Open an address", movie)
+    player.until("the last movie's picture", streamed(BOOK))
+    assert not player.message()
+    wait_for("the end of what the others had open",
+             lambda: len(list(tasks.iterdir())) <= files + 2)

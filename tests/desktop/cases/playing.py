@@ -1,18 +1,28 @@
 """The clock and who moves it: keys and the bar below the movie."""
+import time
+
 from display import wait_for
-from movies import COUNT_FRAMES, VEXEL, counting, number
-from player import Player
+from movies import COUNT_FRAMES, COUNT_RATE, VEXEL, counting, number
+from player import LOOP, PLAY, SPEED, Player
 
 
 def frame(player):
-    return number(player.shot())
+    """The number of the frame on the screen, once there is one."""
+    shown = []
+
+    def look():
+        shown[:] = [number(player.shot())]
+        return shown[0] is not None
+
+    wait_for("a frame of the movie", look)
+    return shown[0]
 
 
 def paused(display):
     """A player of the counting movie that has been stopped, and the frame that it
     shows."""
     player = Player(display, VEXEL, counting(display))
-    wait_for("the fifth frame", lambda: (frame(player) or 0) >= 5)
+    wait_for("the fifth frame", lambda: frame(player) >= 5)
     player.key("space")
     wait_for("a stand", player.stands)
     return player, frame(player)
@@ -39,8 +49,58 @@ def case_steps_that_follow_each_other_at_once_are_all_shown(display):
 
 def case_a_press_on_the_seek_bar_goes_there(display):
     player, _ = paused(display)
-    left, top, width, height = display.place(player.window)
-    display.tool("mousemove", left + width // 2, top + height - 21)
-    display.tool("click", 1)
+    player.click_bar(display.place(player.window)[2] // 2)
     wait_for("another place",
              lambda: COUNT_FRAMES // 4 < frame(player) < COUNT_FRAMES * 3 // 4)
+    wait_for("a stand", player.stands)
+
+
+def case_the_bars_button_stops_the_movie_and_lets_it_go_on(display):
+    player, at = paused(display)
+    player.click_bar(PLAY)
+    wait_for("a movement", lambda: frame(player) > at + 2)
+    player.click_bar(PLAY)
+    wait_for("a stand", player.stands)
+
+
+def rate(player, seconds):
+    """Frames a second, as the screen shows them."""
+    first, begin = frame(player), time.monotonic()
+    time.sleep(seconds)
+    last, end = frame(player), time.monotonic()
+    return (last - first) % COUNT_FRAMES / (end - begin)
+
+
+def case_half_speed_takes_twice_as_long(display):
+    player = Player(display, VEXEL, counting(display))
+    wait_for("the movie", player.site)
+    assert 0.75 * COUNT_RATE < rate(player, 3) < 1.25 * COUNT_RATE
+    before = player.windows()
+    player.click_bar(SPEED)
+    wait_for("the list of speeds", lambda: player.windows() > before)
+    player.key("Up", "Return")
+    wait_for("the list's end", lambda: player.windows() == before)
+    assert 0.35 * COUNT_RATE < rate(player, 4) < 0.65 * COUNT_RATE
+
+
+SHORT = 40  # frames
+
+
+def case_a_movie_that_is_not_to_loop_stops_at_its_end_and_begins_again_on_demand(display):
+    player = Player(display, VEXEL, counting(display, SHORT))
+    wait_for("the movie", player.site)
+    player.click_bar(LOOP)
+    wait_for("the last frame", lambda: frame(player) == SHORT - 1)
+    # The bar comes, and nothing else moves.
+    wait_for("a stand at the end", lambda: player.stands(2))
+    assert frame(player) == SHORT - 1
+    player.key("space")
+    wait_for("the first frames", lambda: frame(player) < SHORT // 2)
+    wait_for("the last frame again", lambda: frame(player) == SHORT - 1)
+
+
+def case_a_movie_begins_again_at_its_end(display):
+    player = Player(display, VEXEL, counting(display, SHORT))
+    for _ in range(2):
+        wait_for("the last frames", lambda: frame(player) > SHORT * 8 // 10)
+        wait_for("the first ones", lambda: frame(player) < SHORT // 2)

@@ -1,6 +1,6 @@
 """The window's size and the full screen."""
 from display import wait_for
-from movies import BOOK, BOOK_SIZE, SAME, TRAIN, VEXEL, streamed
+from movies import BOOK, BOOK_SIZE, TRAIN, VEXEL, streamed
 from player import Player
 
 
@@ -14,7 +14,7 @@ def case_f_fills_the_screen_with_the_aspect_kept_and_escape_leaves_it(display):
     assert left == 0 and top > 20
     wait_for("the bars beside the movie",
              lambda: display.picture().getpixel((512, 10)) == (0, 0, 0))
-    player.until("the large picture", streamed(BOOK, f"resize 1024x{height}"), SAME)
+    player.until("the large picture", streamed(BOOK, f"resize 1024x{height}"))
     player.key("Escape")
     wait_for("the window again", lambda: player.size() == BOOK_SIZE)
     player.key("F11")
@@ -26,7 +26,7 @@ def case_the_movie_follows_the_windows_size(display):
     player.until("the movie's picture", streamed(BOOK))
     display.tool("windowsize", player.window, 400, 500)
     wait_for("the small size", lambda: player.size() == (400, 460 * 400 // 700))
-    player.until("the small picture", streamed(BOOK, "resize 400x262"), SAME)
+    player.until("the small picture", streamed(BOOK, "resize 400x262"))
 
 
 def case_the_bar_hides_itself_in_full_screen(display):
