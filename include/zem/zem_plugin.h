@@ -20,8 +20,8 @@ class IZEMPlugin : public IUnknown {
 
 // Plays one stream. Called by the client, in this order: StartStream, OnHeader,
 // (a site is attached), OnPacket and OnTimeSync again and again,
-// OnEndofPackets, EndStream. ZEM_UNEXPECTED before InitPlugin. Times are
-// milliseconds of the presentation.
+// OnEndofPackets, EndStream. ZEM_UNEXPECTED before InitPlugin, and for the first
+// two from inside another call. Times are milliseconds of the presentation.
 class IZEMRenderer : public IUnknown {
  public:
   // MIME types, ended by a null pointer, borrowed for good; and how often, in
