@@ -29,6 +29,7 @@ void OpenDisplay() {
   g_set_application_name("Vexel");
   if (gtk_init_check(nullptr, nullptr)) {
     XSetIOErrorHandler(EndWithoutDisplay);
+    gtk_window_set_default_icon_name("vexel");
     return;
   }
   const char* name = g_getenv("DISPLAY");
