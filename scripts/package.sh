@@ -27,7 +27,6 @@ lintian "${as_root[@]}" --fail-on error "$packages"/*.deb
 
 scratch=$(mktemp -d --suffix=-vexel-root)
 trap 'rm -rf "$scratch"' EXIT
-movie=usr/share/vexel/railway.vxf
 
 # A Debian of its own, in which the packages and what they ask for go through
 # dpkg and apt; false where that cannot be had.
@@ -40,25 +39,40 @@ fresh_root() {
   chroot "$scratch/root" apt-get update -qq >>"$scratch/log" 2>&1 || return 1
 }
 
-played=$scratch/played.png
+# What is called there, with which path before the movies.
 if [ -z "$unpack" ] && say "debootstrap" && fresh_root; then
   say "install in $scratch/root"
   chroot "$scratch/root" sh -c \
     'DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends /tmp/*.deb' \
     >>"$scratch/log" 2>&1 || { tail -n 20 "$scratch/log"; exit 1; }
-  say "play there"
-  # With a /proc, which goes with it.
-  unshare --mount --pid --fork --mount-proc="$scratch/root/proc" \
-    chroot "$scratch/root" sh -c "vexel render /$movie --frame 20 -o /tmp/played.png &&
-      vexel render /$movie --to 500 -o /tmp/played.gif &&
-      printf 'clock 500\nshot /tmp/streamed.png\n' | vexel stream /$movie -"
-  cp "$scratch/root/tmp/played.png" "$played"
+  # With a /proc and this machine's displays, which go with it.
+  in_root=(unshare --mount --pid --fork --kill-child --mount-proc="$scratch/root/proc" sh -c
+    'if [ -d /tmp/.X11-unix ]; then
+       mkdir -p "$0/tmp/.X11-unix" && mount --bind /tmp/.X11-unix "$0/tmp/.X11-unix" || exit 1
+     fi
+     exec chroot "$0" "$@"' "$scratch/root")
+  place=
 else
   say "unpack into $scratch/root"
   for package in "$packages"/*.deb; do dpkg-deb -x "$package" "$scratch/root"; done
-  say "play there"
-  PATH=$scratch/root/usr/bin:/usr/bin:/bin vexel render "$scratch/root/$movie" --frame 20 -o "$played"
+  in_root=(env "PATH=$scratch/root/usr/bin:/usr/bin:/bin")
+  place=$scratch/root
 fi
+movies=$place/usr/share/vexel
+mkdir -p "$scratch/root/tmp"
+
+say "draw and film there"
+"${in_root[@]}" vexel render "$movies/railway.vxf" --frame 20 -o "$place/tmp/drawn.png"
+"${in_root[@]}" vexel render "$movies/railway.vxf" --to 500 -o "$place/tmp/film.gif"
 "$root/build/bin/vexel" render "$root/build/share/vexel/railway.vxf" --frame 20 -o "$scratch/here.png"
-cmp "$played" "$scratch/here.png"
+cmp "$scratch/root/tmp/drawn.png" "$scratch/here.png"
+
+say "play there, without a window and in one"
+"${in_root[@]}" vexel stream --packet 65535 "$movies/guestbook.vxf" - <<EOS
+clock 0
+clock 500
+shot $place/tmp/still.png
+EOS
+/usr/bin/python3 "$root/tests/package/window.py" "$movies/guestbook.vxf" \
+  "$scratch/root/tmp/still.png" "$movies/railway.vxf" "${in_root[@]}" vexel play
 say "done: $packages"
