@@ -34,6 +34,7 @@ struct Film {
   int64_t fromMs;  // of a film by the clock
   int32_t clockRate;
   int64_t count;
+  bool progress;  // is told in any case
 };
 
 Film PlanFilm(const MovieFile& movie, const FilmOptions& options) {
@@ -44,6 +45,7 @@ Film PlanFilm(const MovieFile& movie, const FilmOptions& options) {
   film.stepped = film.rate == own;
   film.clockRate = static_cast<int32_t>(movie.rate >> kWholeRate);
   film.fromMs = options.fromMs;
+  film.progress = options.progress;
   const int64_t frames = std::max(movie.frames, 1);
   if (film.stepped) {
     film.first = FramesBefore(film.rate, options.fromMs);
@@ -81,7 +83,7 @@ void MoveTo(HeadlessPlayer* player, const Film& film, int64_t frame) {
 void PlayFilm(const MovieFile& movie, const ViewOptions& view, const Film& film, const char* what,
               const std::function<bool(const std::vector<uint8_t>&)>& show) {
   HeadlessPlayer player(movie, view);
-  const Progress progress(what, film.count);
+  const Progress progress(what, film.count, film.progress);
   for (int64_t frame = 0; frame < film.count; frame++) {
     progress.Show(frame);
     MoveTo(&player, film, frame);

@@ -16,6 +16,7 @@ struct FilmOptions {
   std::optional<FrameRate> rate;
   int64_t fromMs = 0;
   std::optional<int64_t> toMs;  // exclusive; left out: where the movie's last frame ends
+  bool progress = false;        // is told without a terminal, too
 };
 
 // Whether the ending of a name is that of a film.

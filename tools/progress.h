@@ -1,4 +1,5 @@
-// Where standard error is a terminal, a line that tells how far the work is.
+// Tells on standard error how far the work is: on a terminal in one line that
+// changes, for a program that wants to know in a line for each item.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +8,9 @@ namespace vexel::tools {
 
 class Progress {
  public:
-  // `what` names what is counted, and must outlive this.
-  Progress(const char* what, int64_t total);
+  // `what` names what is counted, and must outlive this. Nothing is told
+  // without a terminal, unless it is `always`.
+  Progress(const char* what, int64_t total, bool always);
   // Takes the line away.
   ~Progress();
   Progress(const Progress&) = delete;
@@ -20,7 +22,8 @@ class Progress {
  private:
   const char* what_;
   int64_t total_;
-  bool shown_;
+  bool terminal_;
+  bool lines_;
 };
 
 }  // namespace vexel::tools

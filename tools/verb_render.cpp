@@ -32,7 +32,7 @@ struct RenderOptions {
 // same buffer.
 void RenderAll(HeadlessPlayer* player, const RenderOptions& options, int32_t frames) {
   const FrameName name(options.out);
-  const Progress progress("frame", frames);
+  const Progress progress("frame", frames, options.film.progress);
   for (int32_t i = 0; i < frames; i++) {
     progress.Show(i);
     if (i > 0) player->Step(1);
@@ -102,6 +102,8 @@ void AddRenderVerb(CLI::App* app) {
                                       "where a film begins, in milliseconds (0)");
   CLI::Option* to = AddNumberOption(verb, "--to", "MS", 0, 0xFFFFFFFF, &options->toMs,
                                     "where it ends (the end of the movie's last frame)");
+  verb->add_flag("--progress", options->film.progress,
+                 "tell how far it is, for other programs: a line a frame on standard error");
   AddViewOptions(verb, &options->view);
   AddFormatOption(verb, &options->view);
   verb->footer(

@@ -28,15 +28,16 @@ MainMenu::MainMenu(GtkWindow* window, Actions actions)
   AddRecent(file);
   AddItem(file, "_Clear recent", 0, kNone, actions_.clearRecent);
   AddLine(file);
-  AddItem(file, "_Save picture…", GDK_KEY_s, kControl, actions_.savePicture);
+  GtkWidget* save = AddItem(file, "_Save picture…", GDK_KEY_s, kControl, actions_.savePicture);
+  GtkWidget* film = AddItem(file, "_Export…", GDK_KEY_e, kControl, actions_.exportFilm);
   AddLine(file);
   AddItem(file, "_Preferences…", GDK_KEY_comma, kControl, actions_.preferences);
   AddItem(file, "_Quit", GDK_KEY_q, kControl, actions_.quit);
 
   GtkWidget* play = AddMenu("_Play");
-  AddItem(play, "_Play or stop", kPlayKey, actions_.playOrPause);
-  AddItem(play, "One frame _back", kBackKey, [this] { actions_.step(-1); });
-  AddItem(play, "One frame _on", kForwardKey, [this] { actions_.step(1); });
+  ofMovie_ = {save, film, AddItem(play, "_Play or stop", kPlayKey, actions_.playOrPause),
+              AddItem(play, "One frame _back", kBackKey, [this] { actions_.step(-1); }),
+              AddItem(play, "One frame _on", kForwardKey, [this] { actions_.step(1); })};
 
   GtkWidget* view = AddMenu("_View");
   AddItem(view, "_Full screen", GDK_KEY_F11, kNone, actions_.fullScreen);
@@ -58,17 +59,18 @@ GtkWidget* MainMenu::AddMenu(const char* text) {
   return menu;
 }
 
-void MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
-                       std::function<void()> run) {
+GtkWidget* MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned key,
+                             GdkModifierType modifiers, std::function<void()> run) {
   GtkWidget* item = gtk_menu_item_new_with_mnemonic(text);
   if (key != 0)
     gtk_widget_add_accelerator(item, "activate", keys_, key, modifiers, GTK_ACCEL_VISIBLE);
   Connect(item, "activate", std::move(run));
   gtk_menu_shell_append(GTK_MENU_SHELL(menu), item);
+  return item;
 }
 
-void MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned shownKey,
-                       std::function<void()> run) {
+GtkWidget* MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned shownKey,
+                             std::function<void()> run) {
   GtkWidget* item = gtk_menu_item_new();
   GtkWidget* label = gtk_accel_label_new("");
   gtk_label_set_text_with_mnemonic(GTK_LABEL(label), text);
@@ -78,6 +80,11 @@ void MainMenu::AddItem(GtkWidget* menu, const char* text, unsigned shownKey,
   gtk_container_add(GTK_CONTAINER(item), label);
   Connect(item, "activate", std::move(run));
   gtk_menu_shell_append(GTK_MENU_SHELL(menu), item);
+  return item;
+}
+
+void MainMenu::SetPlayable(bool playable) {
+  for (GtkWidget* item : ofMovie_) gtk_widget_set_sensitive(item, playable);
 }
 
 void MainMenu::AddRecent(GtkWidget* menu) {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace vexel::client {
 
@@ -17,6 +18,7 @@ class MainMenu {
     std::function<void(const std::string& uri)> openRecent;
     std::function<void()> clearRecent;
     std::function<void()> savePicture;
+    std::function<void()> exportFilm;
     std::function<void()> preferences;
     std::function<void()> quit;
     std::function<void()> playOrPause;
@@ -31,20 +33,25 @@ class MainMenu {
   MainMenu(const MainMenu&) = delete;
   MainMenu& operator=(const MainMenu&) = delete;
 
+  // Greys what needs a movie to play.
+  void SetPlayable(bool playable);
+
   // Owned by whatever it is put into.
   GtkWidget* widget() const { return bar_; }
 
  private:
   GtkWidget* AddMenu(const char* text);
-  void AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
-               std::function<void()> run);
+  GtkWidget* AddItem(GtkWidget* menu, const char* text, unsigned key, GdkModifierType modifiers,
+                     std::function<void()> run);
   // Shows a key that the window takes by itself.
-  void AddItem(GtkWidget* menu, const char* text, unsigned shownKey, std::function<void()> run);
+  GtkWidget* AddItem(GtkWidget* menu, const char* text, unsigned shownKey,
+                     std::function<void()> run);
   void AddRecent(GtkWidget* menu);
 
   Actions actions_;
   GtkAccelGroup* keys_;
   GtkWidget* bar_;
+  std::vector<GtkWidget*> ofMovie_;
 };
 
 }  // namespace vexel::client

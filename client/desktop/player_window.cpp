@@ -42,6 +42,7 @@ PlayerWindow::PlayerWindow(EventLoop* loop, const PluginLibrary* library,
 
 PlayerWindow::~PlayerWindow() {
   frame_->Keep();
+  exporter_ = nullptr;
   bus_ = nullptr;
   presentation_ = nullptr;
   events_ = nullptr;
@@ -80,9 +81,10 @@ void PlayerWindow::MakeWidgets() {
   gtk_container_add(GTK_CONTAINER(window_), box);
   MakeMenus();
   gtk_box_pack_start(GTK_BOX(box), menus_->widget(), FALSE, FALSE, 0);
-  messages_ = std::make_unique<MessageBar>();
+  messages_ = std::make_unique<MessageBar>([this](int height) { frame_->Grow(height); });
   gtk_box_pack_start(GTK_BOX(box), messages_->widget(), FALSE, FALSE, 0);
   pages_ = std::make_unique<Pages>(&settings_, messages_.get());
+  exporter_ = std::make_unique<Exporter>(loop_, GTK_WINDOW(window_), messages_.get());
 
   GtkWidget* overlay = gtk_overlay_new();
   gtk_box_pack_start(GTK_BOX(box), overlay, TRUE, TRUE, 0);
@@ -178,6 +180,7 @@ void PlayerWindow::MakeMenus() {
                         .openRecent = [this](const std::string& uri) { Open(uri); },
                         .clearRecent = ClearRecentMovies,
                         .savePicture = [this] { SaveShownPicture(); },
+                        .exportFilm = [this] { ExportFilm(); },
                         .preferences =
                             [this] {
                               ShowPreferences(GTK_WINDOW(window_), &settings_,
@@ -295,6 +298,7 @@ void PlayerWindow::Refresh() {
   shelf_->SetNeed({.waits = !state.playable || state.buffering,
                    .stands = !state.running,
                    .forUser = state.playable && !HasCourse(state.length)});
+  menus_->SetPlayable(state.playable);
   bus_->Tell();
 }
 
@@ -348,6 +352,20 @@ void PlayerWindow::SaveShownPicture() {
   if (!presentation_) return;
   const std::string name = std::filesystem::path(NameOf(presentation_->url())).stem().string();
   SavePicture(GTK_WINDOW(window_), site_->picture(), name, messages_.get());
+}
+
+void PlayerWindow::ExportFilm() {
+  Location location;
+  if (!presentation_ || !Locate(presentation_->url(), &location)) return;
+  ExportedMovie movie{{}, {}, NameOf(presentation_->url())};
+  if (!location.http) {
+    movie.path = std::filesystem::absolute(location.path).string();
+  } else if (const std::vector<uint8_t>* bytes = presentation_->wholeFile()) {
+    movie.bytes = *bytes;
+  } else {
+    return TellProblem("It has to be here as a whole before it can be exported.");
+  }
+  exporter_->Run(movie, presentation_->length());
 }
 
 void PlayerWindow::About() {

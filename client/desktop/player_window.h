@@ -13,6 +13,7 @@
 #include "client/core/http_service.h"
 #include "client/core/plugin_library.h"
 #include "client/desktop/bar_shelf.h"
+#include "client/desktop/exporter.h"
 #include "client/desktop/main_menu.h"
 #include "client/desktop/message_bar.h"
 #include "client/desktop/mpris.h"
@@ -65,6 +66,7 @@ class PlayerWindow {
   void TellProblem(const std::string& text);
 
   void SaveShownPicture();
+  void ExportFilm();
   void About();
   void MovieMenu();
 
@@ -77,6 +79,7 @@ class PlayerWindow {
   std::unique_ptr<MainMenu> menus_;
   std::unique_ptr<MessageBar> messages_;
   std::unique_ptr<Pages> pages_;
+  std::unique_ptr<Exporter> exporter_;
   std::unique_ptr<TransportBar> bar_;
   std::unique_ptr<BarShelf> shelf_;
   Ref<XSite> site_;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "client/core/event_loop.h"
 #include "client/core/http_service.h"
@@ -15,9 +16,9 @@
 #include "client/core/plugin_library.h"
 #include "client/core/services.h"
 #include "client/core/session.h"
-#include "client/feed/feed.h"
 #include "client/desktop/play_clock.h"
 #include "client/desktop/x_site.h"
+#include "client/feed/feed.h"
 #include "client/stream/delivery.h"
 #include "client/stream/growing_movie.h"
 
@@ -63,6 +64,10 @@ class Presentation {
   // Of the file, or of the packets that the beginning or a jump waits for.
   int loadedPercent() const;
   bool loading() const { return transfer_ != nullptr || buffering(); }
+  // The movie's file; null as long as it is not here as a whole.
+  const std::vector<uint8_t>* wholeFile() const {
+    return !transfer_ && movie_.complete() ? &movie_.bytes() : nullptr;
+  }
   // The clock stands until more comes in.
   bool buffering() const { return clock_.held(); }
 

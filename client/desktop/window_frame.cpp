@@ -16,6 +16,26 @@ WindowFrame::WindowFrame(GtkWindow* window, Settings* settings)
     : window_(window), settings_(settings) {
   const auto [width, height] = settings_->keepsSize() ? settings_->size().value_or(kUsual) : kUsual;
   gtk_window_set_default_size(window_, width, height);
+  g_signal_connect(window_, "configure-event",
+                   G_CALLBACK(+[](GtkWidget*, GdkEvent*, gpointer data) {
+                     auto* self = static_cast<WindowFrame*>(data);
+                     if (self->Now() != self->before_) self->asked_.reset();
+                     return gboolean{FALSE};
+                   }),
+                   this);
+}
+
+WindowFrame::Size WindowFrame::Now() const {
+  Size size{0, 0};
+  gtk_window_get_size(window_, &size.width, &size.height);
+  return size;
+}
+
+void WindowFrame::Resize(Size size) {
+  before_ = Now();
+  asked_.reset();
+  if (size != before_) asked_ = size;
+  gtk_window_resize(window_, size.width, size.height);
 }
 
 bool WindowFrame::IsFree() const {
@@ -32,22 +52,20 @@ void WindowFrame::Follow(_QKxSize movie, int besides) {
   const int scale = gdk_window_get_scale_factor(window);
   const double wish = std::min({1.0 / scale, screen.width * kShareOfScreen / movie.width,
                                 (screen.height * kShareOfScreen - besides) / movie.height});
-  gtk_window_resize(window_, std::max(kSmallest, static_cast<int>(movie.width * wish + 0.5)),
-                    std::max(kSmallest, static_cast<int>(movie.height * wish + 0.5)) + besides);
+  Resize({std::max(kSmallest, static_cast<int>(movie.width * wish + 0.5)),
+          std::max(kSmallest, static_cast<int>(movie.height * wish + 0.5)) + besides});
 }
 
 void WindowFrame::Grow(int height) {
-  if (!IsFree() || height == 0) return;
-  int width = 0, before = 0;
-  gtk_window_get_size(window_, &width, &before);
-  gtk_window_resize(window_, width, std::max(kSmallest, before + height));
+  if (!IsFree() || height == 0 || settings_->keepsSize()) return;
+  const Size size = asked_.value_or(Now());
+  Resize({size.width, std::max(kSmallest, size.height + height)});
 }
 
 void WindowFrame::Keep() const {
   if (!settings_->keepsSize() || !IsFree()) return;
-  int width = 0, height = 0;
-  gtk_window_get_size(window_, &width, &height);
-  settings_->SetSize(width, height);
+  const Size size = Now();
+  settings_->SetSize(size.width, size.height);
 }
 
 }  // namespace vexel::client

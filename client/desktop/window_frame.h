@@ -3,6 +3,8 @@
 
 #include <gtk/gtk.h>
 
+#include <optional>
+
 #include "client/core/site.h"
 #include "client/desktop/settings.h"
 
@@ -21,16 +23,27 @@ class WindowFrame {
   // Makes room for a movie at its own size, pixels, or as much of it as is
   // sensible, and for what is `besides` it below each other.
   void Follow(_QKxSize movie, int besides);
-  // Makes it so much taller.
+  // Makes it so much taller, so that the movie keeps its size; or the movie
+  // gives the room if the window has to keep its own.
   void Grow(int height);
   // Keeps the size for the next time, if the user wants that.
   void Keep() const;
 
  private:
+  struct Size {
+    int width, height;
+    bool operator==(const Size&) const = default;
+  };
   bool IsFree() const;  // to have any size
+  Size Now() const;
+  void Resize(Size size);
 
   GtkWindow* window_;
   Settings* settings_;
+  // What the window manager was asked for and has not answered yet, and the size
+  // before.
+  std::optional<Size> asked_;
+  Size before_{0, 0};
 };
 
 }  // namespace vexel::client

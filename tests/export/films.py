@@ -379,6 +379,18 @@ def test_a_terminal_sees_how_far_it_is(place):
     need(text.endswith("\r\x1b[K"), repr(text))
 
 
+def test_another_program_is_told_how_far_it_is_if_it_asks(place):
+    place.movie()
+    for kind, total in (("gif", 12), ("mp4", 6)):
+        child = subprocess.run([place.vexel, "render", "movie.vxf", "--progress", "-o", f"film.{kind}"],
+                               cwd=place.folder, capture_output=True, text=True, timeout=TIMEOUT_S)
+        equal(child.returncode, 0)
+        lines = child.stderr.splitlines()
+        equal(len(lines), total, kind)
+        equal(lines[-6:], [f"frame {i} of 6" for i in range(1, 7)], kind)
+        equal(lines[:-6], [f"colours of frame {i} of 6" for i in range(1, total - 5)], kind)
+
+
 def test_options_that_do_not_fit_are_refused(place):
     place.movie()
     for out, option, what in (("film.gif", "--frame", "pictures"), ("film.mp4", "--at", "pictures"),
