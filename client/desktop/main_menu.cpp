@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "client/desktop/connect.h"
+#include "client/desktop/recent_movies.h"
 #include "client/desktop/shortcuts.h"
 
 namespace vexel::client {
@@ -44,6 +45,7 @@ MainMenu::MainMenu(GtkWindow* window, Actions actions)
   AddItem(view, "Size of the _movie", GDK_KEY_1, kControl, actions_.movieSize);
 
   GtkWidget* help = AddMenu("_Help");
+  AddItem(help, "_Keyboard shortcuts", GDK_KEY_F1, kNone, actions_.shortcuts);
   AddItem(help, "_About", 0, kNone, actions_.about);
 }
 
@@ -90,9 +92,7 @@ void MainMenu::SetPlayable(bool playable) {
 void MainMenu::AddRecent(GtkWidget* menu) {
   GtkWidget* item = gtk_menu_item_new_with_mnemonic("Open _recent");
   GtkWidget* recent = gtk_recent_chooser_menu_new();
-  GtkRecentFilter* ours = gtk_recent_filter_new();
-  gtk_recent_filter_add_application(ours, g_get_application_name());
-  gtk_recent_chooser_set_filter(GTK_RECENT_CHOOSER(recent), ours);
+  gtk_recent_chooser_set_filter(GTK_RECENT_CHOOSER(recent), NewRecentMovieFilter());
   gtk_recent_chooser_set_sort_type(GTK_RECENT_CHOOSER(recent), GTK_RECENT_SORT_MRU);
   gtk_menu_item_set_submenu(GTK_MENU_ITEM(item), recent);
   gtk_menu_shell_append(GTK_MENU_SHELL(menu), item);

@@ -25,6 +25,7 @@ class MainMenu {
     std::function<void(int frames)> step;
     std::function<void()> fullScreen;
     std::function<void()> movieSize;
+    std::function<void()> shortcuts;
     std::function<void()> about;
   };
   // The keys of the items are the window's from now on.

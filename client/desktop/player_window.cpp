@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <utility>
 
+#include "client/desktop/backdrop.h"
 #include "client/desktop/drops.h"
 #include "client/desktop/file_dialogs.h"
+#include "client/desktop/help_windows.h"
 #include "client/desktop/movie_menu.h"
 #include "client/desktop/movie_name.h"
 #include "client/desktop/picture_file.h"
@@ -34,6 +36,7 @@ PlayerWindow::PlayerWindow(EventLoop* loop, const PluginLibrary* library,
       http_(std::make_unique<HttpService>(loop)) {
   MakeWidgets();
   MakeSite();
+  menus_->SetPlayable(false);
   TakeSettings();
   stage_ = {loop, library, http_.get(), settings_.kept(), site_.get(), std::move(report), delivery};
   JoinBus();
@@ -52,6 +55,7 @@ PlayerWindow::~PlayerWindow() {
 }
 
 void PlayerWindow::MakeWindow() {
+  SetDefaultIcon();
   window_ = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_title(GTK_WINDOW(window_), "Vexel");
   g_signal_connect(window_, "delete-event", G_CALLBACK(+[](GtkWidget*, GdkEvent*, gpointer) {
@@ -91,12 +95,12 @@ void PlayerWindow::MakeWidgets() {
   area_ = gtk_drawing_area_new();
   gtk_widget_set_size_request(area_, kSmallest, kSmallest);
   gtk_container_add(GTK_CONTAINER(overlay), area_);
-  g_signal_connect(area_, "draw", G_CALLBACK(+[](GtkWidget*, cairo_t* cr, gpointer) {
-                     cairo_set_source_rgb(cr, 0, 0, 0);
-                     cairo_paint(cr);
+  g_signal_connect(area_, "draw", G_CALLBACK(+[](GtkWidget*, cairo_t* cr, gpointer self) {
+                     DrawBackdrop(cr, static_cast<PlayerWindow*>(self)->area_,
+                                  static_cast<PlayerWindow*>(self)->opened_ == 0);
                      return gboolean{TRUE};
                    }),
-                   nullptr);
+                   this);
   g_signal_connect(area_, "size-allocate",
                    G_CALLBACK(+[](GtkWidget*, GdkRectangle*, gpointer self) {
                      static_cast<PlayerWindow*>(self)->FitSite();
@@ -141,6 +145,7 @@ void PlayerWindow::MakeSite() {
   gdk_window_ensure_native(parent);
   site_ = Make<XSite>(XDisplay(), GDK_WINDOW_XID(parent));
   site_->onWish = [this] {
+    menus_->SetPlayable(true);
     if (!settings_.keepsSize()) FollowMovieSize();
   };
   shelf_->Raise();
@@ -197,7 +202,8 @@ void PlayerWindow::MakeMenus() {
                             },
                         .fullScreen = [this] { SetFullScreen(!fullScreen_); },
                         .movieSize = [this] { FollowMovieSize(); },
-                        .about = [this] { About(); }});
+                        .shortcuts = [this] { ShowShortcuts(GTK_WINDOW(window_)); },
+                        .about = [this] { ShowAbout(GTK_WINDOW(window_)); }});
 }
 
 bool PlayerWindow::RunShortcut(unsigned key) {
@@ -228,6 +234,9 @@ void PlayerWindow::FitSite() {
   gtk_widget_get_allocation(area_, &place);
   const int scale = gtk_widget_get_scale_factor(area_);
   site_->Fit({place.width * scale, place.height * scale});
+  // Not while widgets get their places.
+  if (std::exchange(barWidth_, place.width) != place.width)
+    fitBar_ = loop_->Soon([this] { bar_->Fit(barWidth_); });
 }
 
 void PlayerWindow::FollowMovieSize() {
@@ -298,7 +307,6 @@ void PlayerWindow::Refresh() {
   shelf_->SetNeed({.waits = !state.playable || state.buffering,
                    .stands = !state.running,
                    .forUser = state.playable && !HasCourse(state.length)});
-  menus_->SetPlayable(state.playable);
   bus_->Tell();
 }
 
@@ -325,7 +333,9 @@ Mpris::State PlayerWindow::BusState() const {
 
 void PlayerWindow::Open(const std::string& movie) {
   presentation_ = nullptr;
+  menus_->SetPlayable(false);
   ++opened_;
+  gtk_widget_queue_draw(area_);
   site_->Hide();
   messages_->Clear();
   events_->TakeKeysBack();
@@ -366,11 +376,6 @@ void PlayerWindow::ExportFilm() {
     return TellProblem("It has to be here as a whole before it can be exported.");
   }
   exporter_->Run(movie, presentation_->length());
-}
-
-void PlayerWindow::About() {
-  gtk_show_about_dialog(GTK_WINDOW(window_), "program-name", "Vexel", "comments",
-                        "A player for vector movies", "version", VEXEL_VERSION, nullptr);
 }
 
 void PlayerWindow::MovieMenu() {

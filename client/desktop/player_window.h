@@ -67,7 +67,6 @@ class PlayerWindow {
 
   void SaveShownPicture();
   void ExportFilm();
-  void About();
   void MovieMenu();
 
   EventLoop* loop_;
@@ -92,7 +91,8 @@ class PlayerWindow {
   bool settingLoops_ = true;  // as the preferences have it
   bool fullScreen_ = false;
   std::unique_ptr<Mpris> bus_;
-  Watch refresh_, later_;
+  int barWidth_ = 0;  // which the bar was fitted into
+  Watch refresh_, later_, fitBar_;
 };
 
 }  // namespace vexel::client

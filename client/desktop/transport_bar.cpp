@@ -28,6 +28,11 @@ int RowOf(double speed) {
   return row == std::end(kSpeeds) ? -1 : static_cast<int>(row - kSpeeds);
 }
 
+// For whoever does not see the icon.
+void SetAccessibleName(GtkWidget* widget, const char* name) {
+  atk_object_set_name(gtk_widget_get_accessible(widget), name);
+}
+
 }  // namespace
 
 std::string TimeText(uint32_t ms) {
@@ -49,6 +54,7 @@ GtkWidget* TransportBar::Button(const char* icon, const char* name, const char* 
   // Keys are the movie's and the window's.
   gtk_widget_set_focus_on_click(button, FALSE);
   gtk_widget_set_tooltip_text(button, tip);
+  SetAccessibleName(button, tip);
   gtk_widget_set_name(button, name);
   Connect(button, "clicked", std::move(click));
   gtk_box_pack_start(GTK_BOX(bar_), button, FALSE, FALSE, 0);
@@ -58,10 +64,12 @@ GtkWidget* TransportBar::Button(const char* icon, const char* name, const char* 
 TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   bar_ = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, kMargin);
   gtk_container_set_border_width(GTK_CONTAINER(bar_), kMargin);
-  Button("go-previous-symbolic", "back", "One frame back (comma)", [this] { actions_.step(-1); });
+  GtkWidget* back = Button("go-previous-symbolic", "back", "One frame back (comma)",
+                           [this] { actions_.step(-1); });
   play_ = Button("media-playback-start-symbolic", "play", "Play or pause (space)",
                  [this] { actions_.playOrPause(); });
-  Button("go-next-symbolic", "forward", "One frame on (full stop)", [this] { actions_.step(1); });
+  GtkWidget* forward = Button("go-next-symbolic", "forward", "One frame on (full stop)",
+                              [this] { actions_.step(1); });
 
   seek_ = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0, 1, 1);
   gtk_scale_set_draw_value(GTK_SCALE(seek_), FALSE);
@@ -69,6 +77,7 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   gtk_range_set_restrict_to_fill_level(GTK_RANGE(seek_), FALSE);
   gtk_range_set_show_fill_level(GTK_RANGE(seek_), TRUE);
   gtk_widget_set_size_request(seek_, 80, -1);
+  SetAccessibleName(seek_, "Place in the movie");
   gtk_box_pack_start(GTK_BOX(bar_), seek_, TRUE, TRUE, 0);
   g_signal_connect(seek_, "value-changed", G_CALLBACK(+[](GtkRange* range, gpointer self) {
                      auto* bar = static_cast<TransportBar*>(self);
@@ -85,6 +94,7 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
     gtk_combo_box_text_append_text(GTK_COMBO_BOX_TEXT(speed_), row.text);
   gtk_widget_set_focus_on_click(speed_, FALSE);
   gtk_widget_set_tooltip_text(speed_, "Speed");
+  SetAccessibleName(speed_, "Speed");
   gtk_box_pack_start(GTK_BOX(bar_), speed_, FALSE, FALSE, 0);
   g_signal_connect(speed_, "changed", G_CALLBACK(+[](GtkComboBox* box, gpointer self) {
                      auto* bar = static_cast<TransportBar*>(self);
@@ -100,6 +110,7 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   gtk_button_set_relief(GTK_BUTTON(loop_), GTK_RELIEF_NONE);
   gtk_widget_set_focus_on_click(loop_, FALSE);
   gtk_widget_set_tooltip_text(loop_, "Begin again at the end");
+  SetAccessibleName(loop_, "Begin again at the end");
   gtk_box_pack_start(GTK_BOX(bar_), loop_, FALSE, FALSE, 0);
   g_signal_connect(loop_, "toggled", G_CALLBACK(+[](GtkToggleButton* button, gpointer self) {
                      auto* bar = static_cast<TransportBar*>(self);
@@ -107,9 +118,20 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
                        bar->actions_.setLoop(gtk_toggle_button_get_active(button));
                    }),
                    this);
-  Button("view-fullscreen-symbolic", "full", "Full screen (F, F11)",
-         [this] { actions_.fullScreen(); });
+  GtkWidget* full = Button("view-fullscreen-symbolic", "full", "Full screen (F, F11)",
+                           [this] { actions_.fullScreen(); });
   gtk_widget_show_all(bar_);
+  spare_ = {speed_, back, forward, loop_, time_, full, seek_};
+}
+
+void TransportBar::Fit(int width) {
+  for (GtkWidget* one : spare_) gtk_widget_show(one);
+  for (GtkWidget* one : spare_) {
+    int least = 0;
+    gtk_widget_get_preferred_width(bar_, &least, nullptr);
+    if (least <= width) break;
+    gtk_widget_hide(one);
+  }
 }
 
 void TransportBar::Show(const State& state) {

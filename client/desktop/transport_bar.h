@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace vexel::client {
 
@@ -42,6 +43,9 @@ class TransportBar {
   };
   void Show(const State& state);
 
+  // Leaves out what has no room in so many units of the window's.
+  void Fit(int width);
+
  private:
   GtkWidget* Button(const char* icon, const char* name, const char* tip,
                     std::function<void()> click);
@@ -53,7 +57,8 @@ class TransportBar {
   GtkWidget* time_;
   GtkWidget* speed_;
   GtkWidget* loop_;
-  bool showing_ = false;  // a value that Show sets is not the user's
+  std::vector<GtkWidget*> spare_;  // what is left out first, in this order
+  bool showing_ = false;           // a value that Show sets is not the user's
   bool running_ = false;
 };
 

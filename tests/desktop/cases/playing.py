@@ -34,7 +34,7 @@ def case_space_stops_the_movie_and_full_stop_and_comma_step_it(display):
     wait_for("the next frame", lambda: frame(player) == stood + 1)
     player.key("comma")
     wait_for("the frame before", lambda: frame(player) == stood)
-    assert player.stands()
+    wait_for("a stand, with the bar's time", player.stands)
     player.key("space")
     wait_for("a movement again", lambda: frame(player) > stood + 2)
 
