@@ -91,7 +91,7 @@ def main():
     parser.add_argument("vexel")
     parser.add_argument("movies")
     parser.add_argument("cases", nargs="*")
-    parser.add_argument("--jobs", type=int, default=3)
+    parser.add_argument("--jobs", type=int, default=4)
     options = parser.parse_args()
     cases = [case for case in gather() if not options.cases or case[0] in options.cases]
     assert cases, "there are no such cases"

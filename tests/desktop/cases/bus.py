@@ -6,7 +6,7 @@ import random
 from gi.repository import GLib
 
 from display import wait_for
-from movies import BOOK, COUNT_FRAMES, COUNT_RATE, TRAIN, VEXEL, counting, number, streamed
+from movies import BOOK, COUNT_FRAMES, COUNT_RATE, COUNT_SIZE, TRAIN, VEXEL, counting, number, streamed
 from player import Player
 from session_bus import NAME, PLAYER, PROPERTIES, ROOT, Remote, SessionBus
 
@@ -148,7 +148,7 @@ def case_the_bus_sets_speed_loop_and_full_screen(display):
         remote.told(ROOT, "Fullscreen", True)
         wait_for("the full screen", lambda: player.size()[0] == display.SIZE[0])
         remote.set("Fullscreen", "b", False, ROOT)
-        wait_for("the window again", lambda: player.size()[0] == 320)
+        wait_for("the window again", lambda: player.size() == COUNT_SIZE)
 
         remote.set("Rate", "d", 4)
         remote.told(PLAYER, "Rate", 4)

@@ -83,7 +83,7 @@ def case_half_speed_takes_twice_as_long(display):
     assert 0.35 * COUNT_RATE < rate(player, 4) < 0.65 * COUNT_RATE
 
 
-SHORT = 40  # frames
+SHORT = 30  # frames
 
 
 def case_a_movie_that_is_not_to_loop_stops_at_its_end_and_begins_again_on_demand(display):
