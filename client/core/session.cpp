@@ -67,6 +67,7 @@ INT32 Session::Buffering(uint32_t reason, uint16_t percent) {
 
 void Session::OnBegin(uint32_t time) {
   if (const Ref<IZEMRenderer> renderer = renderer_) renderer->OnBegin(time);
+  if (onBegin) onBegin();
 }
 
 void Session::OnPause(uint32_t time) {

@@ -25,6 +25,8 @@ class Session final : private PlayerListener {
 
   // The presentation is to be replaced by another one; called from the loop.
   std::function<void(const std::string& url)> onOpenURL;
+  // The clock runs, after the renderer was told.
+  std::function<void()> onBegin;
   // The clock has jumped: the source goes on from there. Called between the
   // two calls that tell the renderer.
   std::function<void(uint32_t newTime)> onSeek;

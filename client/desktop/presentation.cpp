@@ -5,7 +5,11 @@
 // goes on.
 #include "client/desktop/presentation.h"
 
+#include <glib.h>
+
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -22,10 +26,17 @@ namespace vexel::client {
 
 namespace {
 
-// How often the time is told at least, and at most, milliseconds.
-constexpr uint32_t kLongestTick = 50;
-constexpr uint32_t kShortestTick = 5;
-constexpr int kBuffered = 100;  // percent
+// The time is told when a frame is due; the caret of a field and a stream that
+// waits want it so often at least, milliseconds.
+constexpr uint32_t kLongestTick = 100;
+constexpr uint32_t kShortestTick = 1;
+// The plug-in refuses a time that is told before it has rested: at most for the
+// time that it drew, divided by this share, and not for more than a second.
+constexpr double kLeastShare = 0.3;
+constexpr uint32_t kRestMs = 1000;
+constexpr uint32_t kRetryTick = 8;
+constexpr int64_t kShortBurstUs = 500;  // so little that it may have been refused
+constexpr int kBuffered = 100;          // percent
 // The closed movie's files and sockets are given so long to end.
 constexpr uint32_t kLongestGoodbye = 2000;
 
@@ -59,6 +70,10 @@ Presentation::Presentation(const Stage& stage, const std::string& url, Presentat
 Presentation::~Presentation() {
   transfer_ = nullptr;
   tick_.Cancel();
+  if (session_ && stage_.report) {
+    const uint64_t pictures = stage_.site->picture().copies() - picturesBefore_;
+    std::fprintf(stderr, "vexel: %s: %s\n", url_.c_str(), statistics_->Line(pictures).c_str());
+  }
   if (session_) session_->Close();
   session_ = nullptr;
   if (player_) player_->Close();
@@ -139,7 +154,10 @@ bool Presentation::CanStart() const {
 }
 
 std::shared_ptr<Feed> Presentation::NewFeed() {
-  const auto hand_over = [this](IZEMPacket* packet) { session_->Packet(packet); };
+  const auto hand_over = [this](IZEMPacket* packet) {
+    session_->Packet(packet);
+    if (!running() || buffering()) Wake();
+  };
   if (!stage_.delivery) {
     return std::make_shared<ProgressiveFeed>(&movie_, [=](const StreamPacket& packet) {
       hand_over(NewPacket(NewBuffer(packet.bytes).get(), packet.time, 0).get());
@@ -172,11 +190,16 @@ void Presentation::Start() {
   session_ =
       std::make_unique<Session>(*stage_.library, services_->context(), player_.get(), stage_.site);
   session_->onOpenURL = [this](const std::string& url) { events_.onOpenURL(url); };
+  session_->onBegin = [this] { Wake(); };
   session_->onSeek = [this](uint32_t time) {
+    statistics_->Jump();
+    Wake();
     feed_->JumpTo(time);
     endTold_ = endTold_ && feed_->ended();
   };
   feed_ = feed;
+  picturesBefore_ = stage_.site->picture().copies();
+  statistics_.emplace();
 
   const std::string base = location.http ? url_ : std::filesystem::absolute(location.path).string();
   StreamSource::SendRequest send;
@@ -204,15 +227,26 @@ void Presentation::RunFeed() {
   player_->SetLength(length());
 }
 
-// Half a frame at this speed, so that none is shown late by more.
-uint32_t Presentation::TickMs() const {
-  const double frameMs = feed_->DueTime(1) / clock_.speed();
-  return std::clamp(static_cast<uint32_t>(frameMs / 2), kShortestTick, kLongestTick);
+uint32_t Presentation::UntilNextFrame() const {
+  const uint32_t now = player_->GetPosition();
+  const uint32_t due = feed_->DueTime(feed_->FrameDueAt(now) + 1);
+  if (due <= now) return kLongestTick;  // behind the last one
+  const double left = std::min(std::ceil((due - now) / clock_.speed()), double{kLongestTick});
+  return std::max(static_cast<uint32_t>(left), kShortestTick);
+}
+
+void Presentation::TickIn(uint32_t ms) {
+  tick_ = stage_.loop->After(ms, [this] { Tick(); });
+}
+
+void Presentation::Wake() {
+  standingMs_ = kRetryTick;
+  TickIn(0);
 }
 
 void Presentation::Tick() {
   if (!session_) return;
-  tick_ = stage_.loop->After(TickMs(), [this] { Tick(); });
+  TickIn(kLongestTick);
   RunFeed();
   const uint32_t now = player_->GetPosition();
   const bool waits = feed_->Waits(now);
@@ -221,10 +255,16 @@ void Presentation::Tick() {
   clock_.Hold(waits);
   if (waits) return;
   if (player_->IsRunning()) return GoOn(now);
-  player_->TellPosition();
-  // The report of a seek may have come while the plug-in rested from the seek
-  // before, and it takes no second report; of a linear movie it takes none. The
-  // time is the same: nothing moves.
+  // The plug-in may be resting from what it drew before, and take no report of a
+  // seek; of a linear movie it takes none. So the place where the clock stands is
+  // told, ever more rarely, until the longest rest is over. The time is the same:
+  // nothing moves. Then all sleeps until something wakes it up.
+  if (standingMs_ > kRestMs) {
+    tick_.Cancel();
+  } else {
+    TickIn(standingMs_);
+    standingMs_ *= 2;
+  }
   TimeSync(now);
 }
 
@@ -244,7 +284,19 @@ void Presentation::GoOn(uint32_t now) {
     }
     if (feed_->goesRound() && feed_->frames() > 1) return Seek(0);
   }
+  TickIn(UntilNextFrame());
+  statistics_->Show(feed_->FrameDueAt(now));
+  const int64_t began = g_get_monotonic_time();
+  const bool rests =
+      static_cast<double>(began - burstBeganUs_) * kLeastShare < static_cast<double>(burstUs_);
   TimeSync(now);
+  const int64_t took = g_get_monotonic_time() - began;
+  if (rests && took < kShortBurstUs) {
+    TickIn(std::min(UntilNextFrame(), kRetryTick));
+    return;
+  }
+  burstBeganUs_ = began;
+  burstUs_ = took;
 }
 
 uint32_t Presentation::length() const {

@@ -17,6 +17,7 @@
 #include "client/core/services.h"
 #include "client/core/session.h"
 #include "client/desktop/play_clock.h"
+#include "client/desktop/play_statistics.h"
 #include "client/desktop/x_site.h"
 #include "client/feed/feed.h"
 #include "client/stream/delivery.h"
@@ -93,7 +94,11 @@ class Presentation {
   void GoOn(uint32_t now);
   void TimeSync(uint32_t now);
   void Fail(const std::string& text);
-  uint32_t TickMs() const;
+  // Milliseconds of real time.
+  uint32_t UntilNextFrame() const;
+  void TickIn(uint32_t ms);
+  // Ticks from now on, not inside this call.
+  void Wake();
 
   Stage stage_;
   std::string url_;
@@ -109,6 +114,11 @@ class Presentation {
   Ref<Player> player_;
   std::unique_ptr<Session> session_;
   Watch tick_;
+  uint32_t standingMs_ = 1;  // the next wait while the clock stands
+  // When the plug-in last took a time to draw for, and how long it took.
+  int64_t burstBeganUs_ = 0, burstUs_ = 0;
+  std::optional<PlayStatistics> statistics_;  // with session_
+  uint64_t picturesBefore_ = 0;               // of other movies
   Watch soon_;
 };
 
