@@ -17,6 +17,10 @@ void ShowPointer(GtkWidget* widget, bool show) {
   if (none) g_object_unref(none);
 }
 
+GtkWindow* WindowOf(GtkWidget* widget) {
+  return GTK_WINDOW(gtk_widget_get_toplevel(widget));
+}
+
 }  // namespace
 
 BarShelf::BarShelf(EventLoop* loop, GtkOverlay* overlay, GtkWidget* area, GtkWidget* bar)
@@ -85,11 +89,22 @@ void BarShelf::Moved(bool dragging) {
 
 void BarShelf::Pressed() {
   pressed_ = true;
+  DropFocus();
   if (!need_.waits) Hide();
 }
 
+void BarShelf::TakeFocus() {
+  Appear();
+  gtk_widget_child_focus(holder_, GTK_DIR_TAB_FORWARD);
+  gtk_window_set_focus_visible(WindowOf(area_), TRUE);
+}
+
+void BarShelf::DropFocus() {
+  if (HasFocus()) gtk_window_set_focus(WindowOf(area_), nullptr);
+}
+
 bool BarShelf::HasFocus() const {
-  auto* window = GTK_WINDOW(gtk_widget_get_toplevel(area_));
+  GtkWindow* window = WindowOf(area_);
   GtkWidget* focus = gtk_window_get_focus(window);
   return focus && gtk_window_get_focus_visible(window) && gtk_widget_is_ancestor(focus, holder_);
 }

@@ -47,8 +47,10 @@ class BarShelf {
   void Pressed();
   void Left() { pressed_ = false; }
 
-  // The keyboard is in the bar and is seen to be.
+  // The keyboard goes into the bar and is seen to be there.
+  void TakeFocus();
   bool HasFocus() const;
+  void DropFocus();
 
  private:
   void Place();

@@ -5,6 +5,7 @@ namespace vexel::client {
 namespace {
 
 constexpr int kAddressChars = 50;
+constexpr int kSpace = 12;  // pixels
 
 void AddFilter(GtkFileChooser* dialog, const char* name, const char* pattern) {
   GtkFileFilter* filter = gtk_file_filter_new();
@@ -44,8 +45,14 @@ std::optional<std::string> AskForAddress(GtkWindow* parent) {
   gtk_entry_set_placeholder_text(GTK_ENTRY(entry), "http://");
   gtk_entry_set_activates_default(GTK_ENTRY(entry), TRUE);
   gtk_entry_set_width_chars(GTK_ENTRY(entry), kAddressChars);
-  gtk_container_add(GTK_CONTAINER(gtk_dialog_get_content_area(GTK_DIALOG(dialog))), entry);
-  gtk_widget_show(entry);
+  GtkWidget* label = gtk_label_new_with_mnemonic("_Address");
+  gtk_label_set_mnemonic_widget(GTK_LABEL(label), entry);
+  GtkWidget* row = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, kSpace);
+  gtk_container_set_border_width(GTK_CONTAINER(row), kSpace);
+  gtk_box_pack_start(GTK_BOX(row), label, FALSE, FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(row), entry, TRUE, TRUE, 0);
+  gtk_container_add(GTK_CONTAINER(gtk_dialog_get_content_area(GTK_DIALOG(dialog))), row);
+  gtk_widget_show_all(row);
   const bool accepted = gtk_dialog_run(GTK_DIALOG(dialog)) == GTK_RESPONSE_ACCEPT;
   const std::string url = gtk_entry_get_text(GTK_ENTRY(entry));
   gtk_widget_destroy(dialog);

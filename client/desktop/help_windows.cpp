@@ -21,7 +21,8 @@ constexpr ShortcutRow kPlaying[] = {
 };
 constexpr ShortcutRow kWindow[] = {
     {"f F11", "Full screen"},
-    {"Escape", "Leave full screen, or the movie's fields"},
+    {"Escape", "Leave full screen, the bar or the movie's fields"},
+    {"F6", "Use the bar by the keyboard"},
     {"<Primary>1", "Size of the movie"},
     {"<Primary>comma", "Preferences"},
     {"F1", "This window"},

@@ -43,6 +43,7 @@ MainMenu::MainMenu(GtkWindow* window, Actions actions)
   GtkWidget* view = AddMenu("_View");
   AddItem(view, "_Full screen", GDK_KEY_F11, kNone, actions_.fullScreen);
   AddItem(view, "Size of the _movie", GDK_KEY_1, kControl, actions_.movieSize);
+  ofMovie_.push_back(AddItem(view, "Keyboard to the _bar", GDK_KEY_F6, kNone, actions_.toBar));
 
   GtkWidget* help = AddMenu("_Help");
   AddItem(help, "_Keyboard shortcuts", GDK_KEY_F1, kNone, actions_.shortcuts);

@@ -25,6 +25,7 @@ class MainMenu {
     std::function<void(int frames)> step;
     std::function<void()> fullScreen;
     std::function<void()> movieSize;
+    std::function<void()> toBar;
     std::function<void()> shortcuts;
     std::function<void()> about;
   };

@@ -160,14 +160,12 @@ void PlayerWindow::MakeSite() {
                               },
                           .escape =
                               [this] {
-                                if (shelf_->HasFocus()) {
-                                  gtk_window_set_focus(GTK_WINDOW(window_), nullptr);
-                                  return true;
-                                }
+                                if (shelf_->HasFocus()) return shelf_->DropFocus(), true;
                                 const bool leaves = fullScreen_;
                                 SetFullScreen(false);
                                 return leaves;
-                              }});
+                              },
+                          .keysAreTaken = [this] { return shelf_->HasFocus(); }});
   FitSite();
 }
 
@@ -202,6 +200,7 @@ void PlayerWindow::MakeMenus() {
                             },
                         .fullScreen = [this] { SetFullScreen(!fullScreen_); },
                         .movieSize = [this] { FollowMovieSize(); },
+                        .toBar = [this] { shelf_->TakeFocus(); },
                         .shortcuts = [this] { ShowShortcuts(GTK_WINDOW(window_)); },
                         .about = [this] { ShowAbout(GTK_WINDOW(window_)); }});
 }

@@ -78,9 +78,10 @@ GdkFilterReturn SiteEvents::TakeKey(XEvent* event) {
   if (!grabbed && key == XK_Escape) {
     if (actions_.escape() || std::exchange(movieHasKeys_, false)) return GDK_FILTER_REMOVE;
   }
+  const bool taken = grabbed || actions_.keysAreTaken();
   const bool shortcut =
       IsShortcut(static_cast<unsigned>(key)) || (event->xkey.state & (ControlMask | Mod1Mask)) != 0;
-  if (!grabbed && (movieHasKeys_ || !shortcut) && site_->Forward(event)) return GDK_FILTER_REMOVE;
+  if (!taken && (movieHasKeys_ || !shortcut) && site_->Forward(event)) return GDK_FILTER_REMOVE;
   // GTK takes keys of its own windows only.
   if (event->xkey.window == site_->window())
     event->xkey.window = GDK_WINDOW_XID(gtk_widget_get_window(window_));

@@ -22,6 +22,8 @@ class SiteEvents {
     std::function<void()> menu;  // the right button, let go there; inside the filter
     // Escape, before anybody else gets it. Whether it was of use.
     std::function<bool()> escape;
+    // Whether keys are for a part of the window now, which then gets them all.
+    std::function<bool()> keysAreTaken;
   };
   // Both outlive this.
   SiteEvents(GtkWidget* window, XSite* site, Actions actions);

@@ -20,6 +20,8 @@ constexpr SpeedRow kSpeeds[] = {
     {"¼×", kSlowest}, {"½×", 0.5}, {"1×", 1}, {"2×", 2}, {"4×", kFastest}};
 
 constexpr int kMargin = 4;  // pixels
+// By the keyboard, and by the pointer's wheel.
+constexpr double kKeyStepMs = 1000, kPageStepMs = 5000;
 
 // In the table; -1: not there.
 int RowOf(double speed) {
@@ -73,7 +75,8 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
 
   seek_ = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0, 1, 1);
   gtk_scale_set_draw_value(GTK_SCALE(seek_), FALSE);
-  gtk_widget_set_can_focus(seek_, FALSE);
+  gtk_widget_set_focus_on_click(seek_, FALSE);
+  gtk_range_set_increments(GTK_RANGE(seek_), kKeyStepMs, kPageStepMs);
   gtk_range_set_restrict_to_fill_level(GTK_RANGE(seek_), FALSE);
   gtk_range_set_show_fill_level(GTK_RANGE(seek_), TRUE);
   gtk_widget_set_size_request(seek_, 80, -1);

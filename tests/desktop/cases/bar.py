@@ -1,6 +1,6 @@
 """The transport bar, and when it is there."""
 from display import wait_for
-from movies import BOOK, BOOK_SIZE, COUNT_SIZE, TRAIN, VEXEL, counting, make, streamed
+from movies import BOOK, BOOK_SIZE, COUNT_SIZE, TRAIN, VEXEL, counting, make, number, streamed
 from player import Player
 from slow_server import SlowServer
 
@@ -89,6 +89,20 @@ def case_a_bar_below_the_movie_takes_nothing_of_it(display):
     wait_for("the movie", lambda: player.size() == (300, 200))
     left, top, width, height = player.site()
     assert display.place(player.window)[1] + display.place(player.window)[3] > top + height
+
+
+def case_the_bar_is_used_by_the_keyboard_until_escape(display):
+    player = Player(display, VEXEL, counting(display))
+    wait_for("the tenth frame", lambda: (number(player.shot()) or 0) >= 10)
+    player.key("space")
+    wait_for("a stand", player.stands)
+    at = number(player.shot())
+    player.key("F6", "Tab", "Tab", "space")  # the third button: a frame on
+    wait_for("the next frame", lambda: number(player.shot()) == at + 1)
+    player.key("Tab", "Right", "Right")  # the place: seconds
+    wait_for("two seconds on", lambda: number(player.shot()) in range(at + 19, at + 24))
+    player.key("Escape", "space")
+    wait_for("the movie going on, and the bar gone", lambda: not bar(display, player))
 
 
 def case_in_a_narrow_window_the_bar_keeps_what_is_needed_most(display):
