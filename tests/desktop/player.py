@@ -104,7 +104,8 @@ class Player:
         self.display.tool("click", 1)
 
     def _has_bar(self, x, y):
-        return min(self.display.picture().getpixel((x, y))) > 230
+        """In the theme's grey, which is lighter than most and is not white."""
+        return 230 < min(self.display.picture().getpixel((x, y))) < 250
 
     def key(self, *keys):
         self.display.tool("key", *keys)
