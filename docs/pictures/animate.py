@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""An animated picture of a movie, for the README: animate.py VEXEL MOVIE OUT.gif
+"""An animated picture of a movie, for the page of the demos: animate.py VEXEL MOVIE OUT.gif
 Takes every third frame at two thirds of the size."""
 import glob
 import subprocess
