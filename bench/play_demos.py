@@ -20,13 +20,10 @@ sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "tests/desktop"))
 from display import Display, wait_for  # noqa: E402
 from player import Player  # noqa: E402
 
+SCREEN = (1400, 1000)
 PLACE = (1280, 720)
 SETTLE = 3  # seconds, for caches, fonts and bars
 PER_SECOND = 100  # of the kernel's processor times
-
-
-class LargeDisplay(Display):
-    SIZE = (1400, 1000)
 
 
 def used(process):
@@ -44,7 +41,7 @@ def rate_of(vexel, movie, display):
 
 
 def measure(vexel, movie, seconds, paused):
-    display = LargeDisplay()
+    display = Display(size=SCREEN)
     try:
         player = Player(display, vexel, "--log", movie)
         wait_for("the movie", player.site)

@@ -7,7 +7,7 @@ import subprocess
 import tempfile
 import time
 
-from PIL import ImageGrab
+from PIL import Image, ImageGrab
 
 PATIENCE = 60  # seconds that anything may take on a busy machine
 TOOL_TIME = 60  # seconds for one of the display's own tools
@@ -31,10 +31,20 @@ startup-mode='cwd'
 """
 
 
+def on_server(**server):
+    """Marks a case that wants another display than usual."""
+    def mark(case):
+        case.server = server
+        return case
+    return mark
+
+
 class Display:
     SIZE = (1024, 800)
 
-    def __init__(self):
+    def __init__(self, size=SIZE, depth=24, options=(), under=()):
+        """`options` are the server's own; `under` is a command that runs it."""
+        self.size, self.depth = size, depth
         self.home = tempfile.TemporaryDirectory(prefix="vexel-desktop-")
         self.folder = pathlib.Path(self.home.name)
         self.players = []  # that are to be alive at the end
@@ -44,8 +54,8 @@ class Display:
         # Without -noreset the server drops all who are just coming when the only
         # client leaves, and the tools below come and go.
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0",
-             f"{self.SIZE[0]}x{self.SIZE[1]}x24", "-noreset", "-nolisten", "tcp"],
+            [*under, "Xvfb", "-displayfd", str(write), "-screen", "0",
+             f"{size[0]}x{size[1]}x{depth}", "-noreset", "-nolisten", "tcp", *options],
             pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as pipe:
@@ -70,7 +80,7 @@ class Display:
         wait_for("the window manager", lambda: "window id" in self._run(
             "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
         # Out of the way of everything that changes below a pointer.
-        self.tool("mousemove", self.SIZE[0] - 1, 0)
+        self.tool("mousemove", size[0] - 1, 0)
 
     def close(self):
         for player in self.players:
@@ -98,4 +108,8 @@ class Display:
 
     def picture(self):
         """The whole screen, without the pointer."""
+        if self.depth != 24:  # which is all that the library reads
+            path = self.folder / "screen.png"
+            self._run("import", "-window", "root", path)
+            return Image.open(path).convert("RGB")
         return ImageGrab.grab(xdisplay=self.name).convert("RGB")

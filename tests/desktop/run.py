@@ -8,6 +8,7 @@ leaves alive is ended, after a look whether it is alive indeed and has no compla
 of the libraries' on its standard error. Rules that keep the cases reliable:
 
 * wait for a state that can be seen, never for a time to pass;
+* a display of another kind is asked for with `on_server`;
 * press keys only when the window has the keyboard (`wait_for_keyboard`);
 * hold pictures against `movies.streamed`, byte for byte where nothing is scaled;
   what moves is best seen with `movies.counting`, whose frames tell their numbers.
@@ -35,7 +36,7 @@ def run_case(name, run):
     typed again."""
     display = None
     try:
-        display = Display()
+        display = Display(**getattr(run, "server", {}))
         run(display)
         for player in display.players:
             assert player.process.poll() is None, "the player has ended"
