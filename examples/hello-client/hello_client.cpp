@@ -259,9 +259,9 @@ int Play(IZEMPlugin* plugin, const Bytes& movie, UINT32 ms, const char* png) {
   IZEMPacket* packet = new Packet;
   packet->Set(buffer, 0, 0, 0, 0);
   renderer->OnPacket(packet, 0);
-  renderer->OnEndofPackets();
   renderer->OnBegin(0);
   renderer->OnTimeSync(ms);
+  renderer->OnEndofPackets();
 
   renderer->EndStream();
   site.user->DetachSite();
