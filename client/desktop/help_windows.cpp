@@ -7,7 +7,7 @@ namespace vexel::client {
 namespace {
 
 // As an installation has it, for each size of an icon.
-constexpr char kIcon[] = "org.vexel.Player";
+constexpr char kIcon[] = "vexel";
 
 struct ShortcutRow {
   const char* keys;  // as GtkShortcutsShortcut writes them; alternatives behind a space
