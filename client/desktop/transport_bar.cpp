@@ -84,8 +84,9 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   gtk_box_pack_start(GTK_BOX(bar_), seek_, TRUE, TRUE, 0);
   g_signal_connect(seek_, "value-changed", G_CALLBACK(+[](GtkRange* range, gpointer self) {
                      auto* bar = static_cast<TransportBar*>(self);
-                     if (!bar->showing_)
-                       bar->actions_.seek(static_cast<uint32_t>(gtk_range_get_value(range)));
+                     if (bar->showing_) return;
+                     bar->shown_.reset();
+                     bar->actions_.seek(static_cast<uint32_t>(gtk_range_get_value(range)));
                    }),
                    this);
 
@@ -102,7 +103,9 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   g_signal_connect(speed_, "changed", G_CALLBACK(+[](GtkComboBox* box, gpointer self) {
                      auto* bar = static_cast<TransportBar*>(self);
                      const int row = gtk_combo_box_get_active(box);
-                     if (!bar->showing_ && row >= 0) bar->actions_.setSpeed(kSpeeds[row].speed);
+                     if (bar->showing_ || row < 0) return;
+                     bar->shown_.reset();
+                     bar->actions_.setSpeed(kSpeeds[row].speed);
                    }),
                    this);
 
@@ -117,8 +120,9 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
   gtk_box_pack_start(GTK_BOX(bar_), loop_, FALSE, FALSE, 0);
   g_signal_connect(loop_, "toggled", G_CALLBACK(+[](GtkToggleButton* button, gpointer self) {
                      auto* bar = static_cast<TransportBar*>(self);
-                     if (!bar->showing_)
-                       bar->actions_.setLoop(gtk_toggle_button_get_active(button));
+                     if (bar->showing_) return;
+                     bar->shown_.reset();
+                     bar->actions_.setLoop(gtk_toggle_button_get_active(button));
                    }),
                    this);
   GtkWidget* full = Button("view-fullscreen-symbolic", "full", "Full screen (F, F11)",
@@ -138,6 +142,13 @@ void TransportBar::Fit(int width) {
 }
 
 void TransportBar::Show(const State& state) {
+  const uint32_t length = std::max(state.length, 1u);
+  const bool hasPlaces = HasCourse(length);
+  State next = state;
+  if (!hasPlaces) next.position -= next.position % 1000;  // which only the text tells
+  // Setting what is set already would lay the bar out anew and draw it.
+  if (shown_ == next) return;
+  shown_ = next;
   showing_ = true;
   gtk_widget_set_sensitive(bar_, state.playable);
   if (running_ != state.running) {
@@ -147,8 +158,6 @@ void TransportBar::Show(const State& state) {
                                                                : "media-playback-start-symbolic",
                                                       GTK_ICON_SIZE_BUTTON));
   }
-  const uint32_t length = std::max(state.length, 1u);
-  const bool hasPlaces = HasCourse(length);
   gtk_widget_set_sensitive(seek_, hasPlaces);
   GtkRange* range = GTK_RANGE(seek_);
   gtk_range_set_range(range, 0, length);

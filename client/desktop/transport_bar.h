@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,8 @@ class TransportBar {
     bool buffering = false;  // and that it is waited for
     double speed = 1;        // no row is chosen if it is none of the bar's
     bool loops = true;
+
+    bool operator==(const State&) const = default;
   };
   void Show(const State& state);
 
@@ -60,6 +63,7 @@ class TransportBar {
   std::vector<GtkWidget*> spare_;  // what is left out first, in this order
   bool showing_ = false;           // a value that Show sets is not the user's
   bool running_ = false;
+  std::optional<State> shown_;  // not once the user has moved something
 };
 
 // Movies that wait for their user last less than a second: their clock tells
