@@ -217,7 +217,10 @@ bool PlayerWindow::RunShortcut(unsigned key) {
       if (presentation_) presentation_->StepFrames(1);
       return true;
     case kPlayKey:
-      if (shelf_->HasFocus()) return false;
+      // A button of the bar's takes it. The seek bar has the focus once it was
+      // pressed, and makes nothing of this key.
+      if (shelf_->HasFocus() && !GTK_IS_RANGE(gtk_window_get_focus(GTK_WINDOW(window_))))
+        return false;
       PlayOrPause();
       return true;
     default:
