@@ -2,7 +2,7 @@
 
 #include <numeric>
 
-#include "parsed_option.h"
+#include "parsed_text.h"
 
 namespace vexel::tools {
 

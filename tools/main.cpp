@@ -1,5 +1,6 @@
 // The command `vexel`: looks at movies, plays them without a window, and makes
 // them. Results go to standard output, messages to standard error.
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <new>
 

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "escapes.h"
-#include "options.h"
+#include "parsed_text.h"
 #include "picture_out.h"
 #include "player/properties.h"
 #include "player/text.h"

@@ -4,7 +4,7 @@
 
 #include "escapes.h"
 #include "geometry/intmath.h"
-#include "parsed_option.h"
+#include "parsed_text.h"
 
 namespace vexel::tools {
 

@@ -11,6 +11,7 @@
 #include "headless_player.h"
 #include "movie_file.h"
 #include "options.h"
+#include "parsed_option.h"
 #include "status.h"
 #include "verbs.h"
 
@@ -83,15 +84,15 @@ void Bench(const BenchOptions& options) {
 
 void AddBenchVerb(CLI::App* app) {
   const auto options = std::make_shared<BenchOptions>();
-  CLI::App* verb = app->add_subcommand("bench", "time a movie's frames");
+  CLI::App* verb = AddVerb(app, "bench", "time a movie's frames");
   AddMovieArgument(verb, &options->movie);
   AddNumberOption(verb, "--frames", "N", 1, 10000000, &options->frames, "how many (200)");
-  verb->add_flag("--full", options->full, "redraw the whole view each time");
-  verb->add_flag("--jitter", options->jitter, "move everything by a quarter pixel each time");
+  AddFlag(verb, "--full", &options->full, "redraw the whole view each time");
+  AddFlag(verb, "--jitter", &options->jitter, "move everything by a quarter pixel each time");
   AddViewOptions(verb, &options->view);
   AddFormatOption(verb, &options->view);
-  verb->footer("Example: vexel bench tiger.vxf --size 1920x1080 --full --jitter");
-  verb->callback([=] { Bench(*options); });
+  SetFooter(verb, "Example: vexel bench tiger.vxf --size 1920x1080 --full --jitter");
+  SetRun(verb, [=] { Bench(*options); });
 }
 
 }  // namespace vexel::tools

@@ -89,16 +89,15 @@ void Check(const std::string& path, bool json) {
 void AddCheckVerb(CLI::App* app) {
   const auto path = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
-  CLI::App* verb =
-      app->add_subcommand("check", "tell what is wrong with a movie, or not needed in it");
+  CLI::App* verb = AddVerb(app, "check", "tell what is wrong with a movie, or not needed in it");
   AddMovieArgument(verb, path.get());
-  verb->add_flag("--json", *json, "print one object of JSON");
-  verb->footer(
-      "Each line says what a thing is (damaged, unknown, unsupported, unreachable or\n"
-      "wasteful), at which byte, in which tag, and why. The status is 1 if anything is\n"
-      "damaged.\n\n"
-      "Example: vexel check clock.vxf");
-  verb->callback([=] { Check(*path, *json); });
+  AddFlag(verb, "--json", json.get(), "print one object of JSON");
+  SetFooter(verb,
+            "Each line says what a thing is (damaged, unknown, unsupported, unreachable or\n"
+            "wasteful), at which byte, in which tag, and why. The status is 1 if anything is\n"
+            "damaged.\n\n"
+            "Example: vexel check clock.vxf");
+  SetRun(verb, [=] { Check(*path, *json); });
 }
 
 }  // namespace vexel::tools

@@ -1,6 +1,7 @@
 // `vexel dump`: a movie as text, by the program beside this one.
 #include <memory>
 
+#include "options.h"
 #include "verbs.h"
 #include "worker.h"
 
@@ -8,10 +9,10 @@ namespace vexel::tools {
 
 void AddDumpVerb(CLI::App* app) {
   const auto movie = std::make_shared<std::string>();
-  CLI::App* verb = app->add_subcommand("dump", "print a movie as text, which `make` turns back");
-  verb->add_option("MOVIE", *movie, "the movie")->required();
-  verb->footer("Example: vexel dump boat.vxf > boat.vxt");
-  verb->callback([=] { RunWorker("vexel-text", {"dump", *movie}); });
+  CLI::App* verb = AddVerb(app, "dump", "print a movie as text, which `make` turns back");
+  AddNeededText(verb, "MOVIE", "", movie.get(), "the movie");
+  SetFooter(verb, "Example: vexel dump boat.vxf > boat.vxt");
+  SetRun(verb, [=] { RunWorker("vexel-text", {"dump", *movie}); });
 }
 
 }  // namespace vexel::tools

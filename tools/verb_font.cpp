@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 
+#include "options.h"
 #include "status.h"
 #include "verbs.h"
 #include "worker.h"
@@ -62,25 +63,23 @@ void RunFont(const FontWords& words) {
 
 void AddFontVerb(CLI::App* app) {
   const auto words = std::make_shared<FontWords>();
-  CLI::App* verb = app->add_subcommand("font", "make a movie that carries a font");
-  verb->add_option("FILE", words->file, "the font, TrueType or OpenType");
+  CLI::App* verb = AddVerb(app, "font", "make a movie that carries a font");
+  AddText(verb, "FILE", "", &words->file, "the font, TrueType or OpenType");
   CLI::Option* chars =
-      verb->add_option("--chars", words->chars, "its characters to take, in UTF-8");
-  CLI::Option* range = verb->add_option("--range", words->range,
-                                        "those from A to B, such as 32-126 or U+0410-U+044F");
-  CLI::Option* out = verb->add_option("-o", words->out, "the movie; as text if it ends in .vxt");
+      AddText(verb, "--chars", "", &words->chars, "its characters to take, in UTF-8");
+  CLI::Option* range = AddText(verb, "--range", "A-B", &words->range,
+                               "those from A to B, such as 32-126 or U+0410-U+044F");
+  CLI::Option* out = AddText(verb, "-o", "MOVIE", &words->out, "the movie; as text if it ends in .vxt");
   CLI::Option* builtIn =
-      verb->add_flag("--built-in", words->builtIn, "list the fonts that the player brings along");
-  chars->type_name("TEXT")->excludes(range);
-  range->type_name("A-B");
-  out->type_name("MOVIE");
-  builtIn->excludes(chars)->excludes(range)->excludes(out);
-  verb->footer(
-      "The movie shows the characters taken; without -o it is printed as text. Those of\n"
-      "Windows-1252 are taken if neither --chars nor --range is given, and keep their\n"
-      "codes; others have their number in Unicode as code.\n\n"
-      "Example: vexel font serif.ttf --chars 'Hello!' -o hello.vxf");
-  verb->callback([=] { RunFont(*words); });
+      AddFlag(verb, "--built-in", &words->builtIn, "list the fonts that the player brings along");
+  Exclude(chars, {range});
+  Exclude(builtIn, {chars, range, out});
+  SetFooter(verb,
+            "The movie shows the characters taken; without -o it is printed as text. Those of\n"
+            "Windows-1252 are taken if neither --chars nor --range is given, and keep their\n"
+            "codes; others have their number in Unicode as code.\n\n"
+            "Example: vexel font serif.ttf --chars 'Hello!' -o hello.vxf");
+  SetRun(verb, [=] { RunFont(*words); });
 }
 
 }  // namespace vexel::tools

@@ -1,6 +1,7 @@
 // `vexel import`: a movie made of a picture, by the program beside this one.
 #include <memory>
 
+#include "options.h"
 #include "verbs.h"
 #include "worker.h"
 
@@ -9,11 +10,11 @@ namespace vexel::tools {
 void AddImportVerb(CLI::App* app) {
   const auto art = std::make_shared<std::string>();
   const auto out = std::make_shared<std::string>();
-  CLI::App* verb = app->add_subcommand("import", "make a movie of a picture");
-  verb->add_option("ART", *art, "the picture, .svg, .png or .jpg")->required();
-  verb->add_option("-o", *out, "the movie")->required()->type_name("MOVIE");
-  verb->footer("Example: vexel import tiger.svg -o tiger.vxf");
-  verb->callback([=] { RunWorker("vexel-import", {*art, *out}); });
+  CLI::App* verb = AddVerb(app, "import", "make a movie of a picture");
+  AddNeededText(verb, "ART", "", art.get(), "the picture, .svg, .png or .jpg");
+  AddNeededText(verb, "-o", "MOVIE", out.get(), "the movie");
+  SetFooter(verb, "Example: vexel import tiger.svg -o tiger.vxf");
+  SetRun(verb, [=] { RunWorker("vexel-import", {*art, *out}); });
 }
 
 }  // namespace vexel::tools

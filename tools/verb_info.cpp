@@ -66,12 +66,12 @@ void PrintInfo(const std::string& path, bool json) {
 
 void AddInfoVerb(CLI::App* app) {
   const auto path = std::make_shared<std::string>();
-  CLI::App* verb = app->add_subcommand("info", "print a movie's header and count its tags");
+  CLI::App* verb = AddVerb(app, "info", "print a movie's header and count its tags");
   const auto json = std::make_shared<bool>(false);
   AddMovieArgument(verb, path.get());
-  verb->add_flag("--json", *json, "print one object of JSON");
-  verb->footer("Example: vexel info clock.vxf");
-  verb->callback([=] { PrintInfo(*path, *json); });
+  AddFlag(verb, "--json", json.get(), "print one object of JSON");
+  SetFooter(verb, "Example: vexel info clock.vxf");
+  SetRun(verb, [=] { PrintInfo(*path, *json); });
 }
 
 }  // namespace vexel::tools

@@ -7,6 +7,7 @@
 #include "headless_player.h"
 #include "movie_file.h"
 #include "options.h"
+#include "parsed_option.h"
 #include "picture_out.h"
 #include "progress.h"
 #include "status.h"
@@ -79,21 +80,18 @@ void Render(const RenderOptions& options) {
 
 void AddRenderVerb(CLI::App* app) {
   const auto options = std::make_shared<RenderOptions>();
-  CLI::App* verb =
-      app->add_subcommand("render", "write pictures of a movie, or a film, without a window");
+  CLI::App* verb = AddVerb(app, "render", "write pictures of a movie, or a film, without a window");
   AddMovieArgument(verb, &options->movie);
-  verb->add_option("-o", options->out,
-                   "a picture, .png or .raw, or a film, .gif, .apng, .webm or .mp4")
-      ->required()
-      ->type_name("OUT");
+  AddNeededText(verb, "-o", "OUT", &options->out,
+                "a picture, .png or .raw, or a film, .gif, .apng, .webm or .mp4");
   CLI::Option* frame = AddNumberOption(verb, "--frame", "N", 0, 0x7FFFFFFF, &options->frame,
                                        "steps after the first frame (0)");
   CLI::Option* at = AddNumberOption(verb, "--at", "MS", 0, 0xFFFFFFFF, &options->atMs,
                                     "instead: play up to this time in milliseconds");
   CLI::Option* all =
-      verb->add_flag("--all", options->all, "instead: every frame; OUT holds one %d or %0Nd");
-  frame->excludes(at)->excludes(all);
-  at->excludes(all);
+      AddFlag(verb, "--all", &options->all, "instead: every frame; OUT holds one %d or %0Nd");
+  Exclude(frame, {at, all});
+  Exclude(at, {all});
   CLI::Option* fps = AddParsed(
       verb, "--fps", "N", "a number from 0.01 to 1000 or a fraction",
       "pictures a second of a film: 25, 29.97 or 30000/1001 (the movie's rate)",
@@ -102,25 +100,25 @@ void AddRenderVerb(CLI::App* app) {
                                       "where a film begins, in milliseconds (0)");
   CLI::Option* to = AddNumberOption(verb, "--to", "MS", 0, 0xFFFFFFFF, &options->toMs,
                                     "where it ends (the end of the movie's last frame)");
-  verb->add_flag("--progress", options->film.progress,
-                 "tell how far it is, for other programs: a line a frame on standard error");
+  AddFlag(verb, "--progress", &options->film.progress,
+          "tell how far it is, for other programs: a line a frame on standard error");
   AddViewOptions(verb, &options->view);
   AddFormatOption(verb, &options->view);
-  verb->footer(
-      "Examples: vexel render clock.vxf --frame 12 -o clock.png\n"
-      "          vexel render clock.vxf --all --size 640x480 -o 'clock-%03d.png'\n"
-      "          vexel render clock.vxf --from 2000 --to 5000 -o clock.gif");
-  verb->callback([=] {
-    options->at = at->count() > 0;
-    if (to->count() > 0) options->film.toMs = options->toMs;
+  SetFooter(verb,
+            "Examples: vexel render clock.vxf --frame 12 -o clock.png\n"
+            "          vexel render clock.vxf --all --size 640x480 -o 'clock-%03d.png'\n"
+            "          vexel render clock.vxf --from 2000 --to 5000 -o clock.gif");
+  SetRun(verb, [=] {
+    options->at = IsGiven(at);
+    if (IsGiven(to)) options->film.toMs = options->toMs;
     const bool isFilm = IsFilmName(options->out);
     for (const CLI::Option* option : {frame, at, all}) {
-      if (isFilm && option->count() > 0)
-        throw Failure(kMisused, "render", option->get_name() + " is for pictures, not for films");
+      if (isFilm && IsGiven(option))
+        throw Failure(kMisused, "render", NameOf(option) + " is for pictures, not for films");
     }
     for (const CLI::Option* option : {fps, from, to}) {
-      if (!isFilm && option->count() > 0)
-        throw Failure(kMisused, "render", option->get_name() + " is for films, not for pictures");
+      if (!isFilm && IsGiven(option))
+        throw Failure(kMisused, "render", NameOf(option) + " is for films, not for pictures");
     }
     Render(*options);
   });

@@ -7,6 +7,7 @@
 #include "headless_player.h"
 #include "movie_file.h"
 #include "options.h"
+#include "parsed_option.h"
 #include "results.h"
 #include "run_script.h"
 #include "status.h"
@@ -57,20 +58,19 @@ void Run(const RunOptions& options) {
 
 void AddRunVerb(CLI::App* app) {
   const auto options = std::make_shared<RunOptions>();
-  CLI::App* verb = app->add_subcommand("run", "play a movie by a script, without a window");
+  CLI::App* verb = AddVerb(app, "run", "play a movie by a script, without a window");
   AddMovieArgument(verb, &options->movie);
-  verb->add_option("SCRIPT", options->script, "one command a line; - reads standard input")
-      ->required();
+  AddNeededText(verb, "SCRIPT", "", &options->script, "one command a line; - reads standard input");
   AddViewOptions(verb, &options->view);
   AddNumberOption(verb, "--seed", "N", 0, 0xFFFFFFFF, &options->seed,
                   "where random numbers start (1)");
-  verb->add_flag("--json", options->json, "results as JSON, one object a line");
+  AddFlag(verb, "--json", &options->json, "results as JSON, one object a line");
   AddTraceOption(verb, &options->trace);
-  verb->footer(
-      "Example: printf 'clock 500\\nshot half.png\\n' | vexel run clock.vxf -\n"
-      "What a text field copies is printed as 'clip TEXT'; after 'key paste' it waits for "
-      "the line 'paste TEXT'.");
-  verb->callback([=] { Run(*options); });
+  SetFooter(verb,
+            "Example: printf 'clock 500\\nshot half.png\\n' | vexel run clock.vxf -\n"
+            "What a text field copies is printed as 'clip TEXT'; after 'key paste' it waits for "
+            "the line 'paste TEXT'.");
+  SetRun(verb, [=] { Run(*options); });
 }
 
 }  // namespace vexel::tools

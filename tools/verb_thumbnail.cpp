@@ -8,6 +8,7 @@
 #include "movie_file.h"
 #include "options.h"
 #include "out_file.h"
+#include "parsed_option.h"
 #include "png_out.h"
 #include "verbs.h"
 
@@ -58,15 +59,13 @@ void WriteThumbnail(const ThumbnailOptions& options) {
 
 void AddThumbnailVerb(CLI::App* app) {
   const auto options = std::make_shared<ThumbnailOptions>();
-  CLI::App* verb = app->add_subcommand("thumbnail", "write a small picture for a file manager");
+  CLI::App* verb = AddVerb(app, "thumbnail", "write a small picture for a file manager");
   AddMovieArgument(verb, &options->movie);
-  verb->add_option("-o", options->out, "the picture, a PNG whatever its name")
-      ->required()
-      ->type_name("OUT");
+  AddNeededText(verb, "-o", "OUT", &options->out, "the picture, a PNG whatever its name");
   AddNumberOption(verb, "--size", "N", 1, kMaxSide, &options->side,
                   "pixels of its longer side (128)");
-  verb->footer("Example: vexel thumbnail clock.vxf -o clock.png --size 256");
-  verb->callback([=] { WriteThumbnail(*options); });
+  SetFooter(verb, "Example: vexel thumbnail clock.vxf -o clock.png --size 256");
+  SetRun(verb, [=] { WriteThumbnail(*options); });
 }
 
 }  // namespace vexel::tools

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "file_watch.h"
+#include "options.h"
 #include "picture_out.h"
 #include "status.h"
 #include "verbs.h"
@@ -120,23 +121,19 @@ void Watch(const WatchOptions& options) {
 void AddWatchVerb(CLI::App* app) {
   const auto options = std::make_shared<WatchOptions>();
   CLI::App* verb =
-      app->add_subcommand("watch", "draw a frame of a movie's text again whenever it changes");
-  verb->add_option("TEXT", options->text, "the text, see docs/text-form.md")->required();
-  verb->add_option("-o", options->out, "the picture, .png or .raw")
-      ->required()
-      ->type_name("PICTURE");
-  verb->add_option("-I", options->folders, "look for files here too, after the text's own folder")
-      ->type_name("FOLDER")
-      ->allow_extra_args(false);
-  verb->add_option("--frame", options->frame, "steps before the picture")->type_name("N");
-  verb->add_option("--size", options->size, "the client rectangle")->type_name("WxH");
-  verb->add_option("--quality", options->quality, "low or high")->type_name("QUALITY");
-  verb->add_flag("--once", options->once, "draw it once and end");
-  verb->footer(
-      "Files that the text takes in are watched too. Mistakes are told, and watching goes\n"
-      "on; Ctrl-C ends it.\n\n"
-      "Example: vexel watch landscape.vxt -o landscape.png --frame 20");
-  verb->callback([=] { Watch(*options); });
+      AddVerb(app, "watch", "draw a frame of a movie's text again whenever it changes");
+  AddNeededText(verb, "TEXT", "", &options->text, "the text, see docs/text-form.md");
+  AddNeededText(verb, "-o", "PICTURE", &options->out, "the picture, .png or .raw");
+  AddFolderOption(verb, &options->folders);
+  AddText(verb, "--frame", "N", &options->frame, "steps before the picture");
+  AddText(verb, "--size", "WxH", &options->size, "the client rectangle");
+  AddText(verb, "--quality", "QUALITY", &options->quality, "low or high");
+  AddFlag(verb, "--once", &options->once, "draw it once and end");
+  SetFooter(verb,
+            "Files that the text takes in are watched too. Mistakes are told, and watching goes\n"
+            "on; Ctrl-C ends it.\n\n"
+            "Example: vexel watch landscape.vxt -o landscape.png --frame 20");
+  SetRun(verb, [=] { Watch(*options); });
 }
 
 }  // namespace vexel::tools

@@ -2,7 +2,10 @@
 // line; the one that was named then runs. It throws Failure when it fails.
 #pragma once
 
-#include <CLI/CLI.hpp>
+// Its header is large.
+namespace CLI {
+class App;
+}
 
 namespace vexel::tools {
 

@@ -10,7 +10,7 @@
 
 #include "tools/escapes.h"
 #include "tools/out_file.h"
-#include "tools/parsed_option.h"
+#include "tools/parsed_text.h"
 #include "tools/picture_kind.h"
 
 namespace vexel::client {

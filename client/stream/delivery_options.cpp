@@ -1,10 +1,12 @@
 #include "client/stream/delivery_options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <set>
 
 #include "tools/parsed_option.h"
+#include "tools/parsed_text.h"
 
 namespace vexel::client {
 

@@ -2,12 +2,16 @@
 // what the network does to it.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "client/stream/delivery.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 namespace vexel::client {
 

@@ -10,7 +10,7 @@
 #include "export/film_pictures.h"
 #include "export/gif_palette.h"
 #include "export/gif_times.h"
-#include "parsed_option.h"
+#include "parsed_text.h"
 #include "status.h"
 
 namespace vexel::tools {
