@@ -29,7 +29,7 @@ bool GrowingMovie::ReadHead() {
   constexpr uint8_t kSignature[] = {'V', 'X', 'F'};
   const size_t known = std::min(bytes_.size(), sizeof kSignature);
   if (!std::equal(kSignature, kSignature + known, bytes_.begin()))
-    throw std::runtime_error("This is not a movie. Movies are files that end in .vxf.");
+    throw std::runtime_error("This is not a movie, whatever its name may say.");
   if (bytes_.size() <= kFileHead) return false;
   length_ = LittleAt(bytes_, 4, 4);
   // A rectangle of four numbers, whose width stands in five bits before them.

@@ -25,12 +25,3 @@ def case_preferences_are_kept_in_the_users_folder(display):
     wait_for("the file", lambda: path.exists() and "Quality=2" in path.read_text())
     player.key("Escape")
     player.wait_for_keyboard()
-
-
-def case_about_tells_the_programs_name(display):
-    player = Player(display, VEXEL)
-    player.press_for_menu("alt+h")
-    player.key("a")
-    player.dialog("About Vexel")
-    player.key("Escape")
-    player.wait_for_keyboard()
