@@ -16,8 +16,8 @@ struct ShortcutRow {
 
 constexpr ShortcutRow kPlaying[] = {
     {"space", "Play or stop"},
-    {"comma", "One frame back"},
-    {"period", "One frame on"},
+    {"comma", "One frame back (comma)"},
+    {"period", "One frame on (full stop)"},
 };
 constexpr ShortcutRow kWindow[] = {
     {"f F11", "Full screen"},

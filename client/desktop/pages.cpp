@@ -30,7 +30,7 @@ bool Pages::Open(const std::string& url) {
   const std::string site = SiteOf(url);
   if (site.empty()) return false;
   if (settings_->Allows(site)) return RunForURL(kBrowser, url);
-  messages_->Ask("Open a page of " + site + "? " + url, "_Open, and don't ask again",
+  messages_->Ask("Open a page of " + site + "?\n" + url, "_Open, and don't ask again",
                  [this, site, url] {
                    settings_->Allow(site);
                    if (!RunForURL(kBrowser, url))

@@ -25,9 +25,9 @@ struct NumberRow {
 constexpr NumberRow kNumbers[] = {
     {"Quality", "_Quality",
      "4 is the best; below, edges are rougher, and drawing takes a smaller share", 0, 4, 4},
-    {"KestVexelDrawingMax", "Drawing may take, at the _best quality",
+    {"KestVexelDrawingMax", "Drawing may take, at the _best quality (%)",
      "percent of one processor's time", 1, 100, 70},
-    {"KestVexelDrawingMin", "Drawing may take, at the _lowest quality",
+    {"KestVexelDrawingMin", "Drawing may take, at the _lowest quality (%)",
      "percent of one processor's time", 1, 100, 30},
 };
 

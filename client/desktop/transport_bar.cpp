@@ -91,6 +91,7 @@ TransportBar::TransportBar(Actions actions) : actions_(std::move(actions)) {
                    this);
 
   time_ = gtk_label_new("0:00 / 0:00");
+  gtk_widget_set_margin_end(time_, kMargin);
   gtk_box_pack_start(GTK_BOX(bar_), time_, FALSE, FALSE, 0);
 
   speed_ = gtk_combo_box_text_new();
