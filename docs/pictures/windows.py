@@ -17,11 +17,11 @@ from display import Display, wait_for
 from movies import BOOK, MOVIES, VEXEL, make
 from player import Player
 
-LINK = """movie size 640, 120 rate 12 background #204060
+LINK = """movie size 640, 200 rate 12 background #204060
 shape plate { fill gold  rect 0, 0, 200, 40 round 8 }
 button link { show plate in up over down hit
   on release script { getURL("http://railway.example/timetable", "_blank") } }
-place link at 220, 40
+place link at 220, 80
 """
 
 
@@ -70,7 +70,7 @@ def picture_full_screen(display):
 
 def picture_question(display):
     player = Player(display, VEXEL, make(display, "timetable", LINK))
-    player.click(320, 60, (640, 120))
+    player.click(320, 100, (640, 200))
     wait_for("the question", player.message)
     player.stands(1)
     keep(display, "question", player.window)

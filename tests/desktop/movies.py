@@ -7,7 +7,7 @@ import tempfile
 from PIL import Image
 
 VEXEL = sys.argv[1]
-MOVIES = pathlib.Path(sys.argv[2])
+MOVIES = pathlib.Path(sys.argv[2]).resolve()  # a dialog takes no other
 BOOK, BOOK_SIZE = MOVIES / "guestbook.vxf", (700, 460)  # stands still until it is used
 TRAIN = MOVIES / "railway.vxf"  # never stands still
 SAME = 0.6  # a mean difference of a channel, of 255: scaling, or a caret that blinks
