@@ -285,7 +285,6 @@ void Presentation::GoOn(uint32_t now) {
     if (feed_->goesRound() && feed_->frames() > 1) return Seek(0);
   }
   TickIn(UntilNextFrame());
-  statistics_->Show(feed_->FrameDueAt(now));
   const int64_t began = g_get_monotonic_time();
   const bool rests =
       static_cast<double>(began - burstBeganUs_) * kLeastShare < static_cast<double>(burstUs_);
@@ -297,6 +296,7 @@ void Presentation::GoOn(uint32_t now) {
   }
   burstBeganUs_ = began;
   burstUs_ = took;
+  statistics_->Show(feed_->FrameDueAt(now));
 }
 
 uint32_t Presentation::length() const {
