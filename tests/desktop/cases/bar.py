@@ -110,7 +110,8 @@ def case_the_bar_is_used_by_the_keyboard_until_escape(display):
 def case_in_a_narrow_window_the_bar_keeps_what_is_needed_most(display):
     tiny = "movie size 40, 30 rate 12 background #202020\nrepeat 50 as n { frame }\n"
     player = Player(display, VEXEL, make(display, "tiny", tiny))
-    wait_for("the movie", player.site)
+    wait_for("the small window", lambda: player.site() and display.place(player.window)[2] < 300)
+    wait_for("the bar gone", lambda: not bar(display, player))
     player.key("space")
     wait_for("the bar", lambda: bar(display, player))
     left, top, width, height = display.place(player.window)
