@@ -25,8 +25,8 @@ void AddOptions(CLI::App* app, PlayOptions* options, DeliveryOptions* delivery, 
   delivery->AddTo(app);
   app->footer(
       "Keys: space plays and stops, comma and full stop go a frame back and on, F and F11\n"
-      "fill the screen, Escape leaves it. Behind a click on the movie all keys but F11 are the\n"
-      "movie's, until Escape.\n"
+      "fill the screen, Escape leaves it, F1 shows all keys. Behind a click on the movie all\n"
+      "keys but F11 are the movie's, until Escape.\n"
       "With any of the options from --mode on, movies are cut into packets, which cross a\n"
       "network that is made up, in real time; see vexel-stream(1).\n"
       "Examples: vexel play clock.vxf\n"
