@@ -18,10 +18,22 @@ def frame(player):
     return shown[0]
 
 
+def playing(display, frames=COUNT_FRAMES):
+    """A player of the counting movie, in a window of its size."""
+    player = Player(display, VEXEL, counting(display, frames))
+
+    def fits():
+        site, window = player.site(), display.place(player.window)
+        return site and window and site[1] + site[3] == window[1] + window[3]
+
+    wait_for("the movie in a window of its size", fits)
+    return player
+
+
 def paused(display):
     """A player of the counting movie that has been stopped, and the frame that it
     shows."""
-    player = Player(display, VEXEL, counting(display))
+    player = playing(display)
     wait_for("the fifth frame", lambda: frame(player) >= 5)
     player.key("space")
     wait_for("a stand", player.stands)
@@ -72,8 +84,7 @@ def rate(player, seconds):
 
 
 def case_half_speed_takes_twice_as_long(display):
-    player = Player(display, VEXEL, counting(display))
-    wait_for("the movie", player.site)
+    player = playing(display)
     assert 0.75 * COUNT_RATE < rate(player, 3) < 1.25 * COUNT_RATE
     before = player.windows()
     player.click_bar(SPEED)
@@ -87,8 +98,7 @@ SHORT = 30  # frames
 
 
 def case_a_movie_that_is_not_to_loop_stops_at_its_end_and_begins_again_on_demand(display):
-    player = Player(display, VEXEL, counting(display, SHORT))
-    wait_for("the movie", player.site)
+    player = playing(display, SHORT)
     player.click_bar(LOOP)
     wait_for("the last frame", lambda: frame(player) == SHORT - 1)
     # The bar comes, and nothing else moves.
@@ -100,7 +110,7 @@ def case_a_movie_that_is_not_to_loop_stops_at_its_end_and_begins_again_on_demand
 
 
 def case_a_movie_begins_again_at_its_end(display):
-    player = Player(display, VEXEL, counting(display, SHORT))
+    player = playing(display, SHORT)
     for _ in range(2):
         wait_for("the last frames", lambda: frame(player) > SHORT * 8 // 10)
         wait_for("the first ones", lambda: frame(player) < SHORT // 2)
