@@ -9,6 +9,8 @@ of the libraries' on its standard error. Rules that keep the cases reliable:
 
 * wait for a state that can be seen, never for a time to pass;
 * a display of another kind is asked for with `on_server`;
+* look at what a click did before the pointer moves on: the window manager sees a
+  press first, and hands it to whatever is below the pointer by then;
 * press keys only when the window has the keyboard (`wait_for_keyboard`);
 * hold pictures against `movies.streamed`, byte for byte where nothing is scaled;
   what moves is best seen with `movies.counting`, whose frames tell their numbers.

@@ -1,7 +1,7 @@
 """The transport bar, and when it is there."""
 from display import wait_for
 from movies import BOOK, BOOK_SIZE, COUNT_SIZE, TRAIN, VEXEL, counting, make, number, streamed
-from player import Player
+from player import Player, far
 from slow_server import SlowServer
 
 LIGHT = 200  # the bar's ground, of 255; the movies' lower left corners are darker
@@ -116,6 +116,9 @@ def case_in_a_narrow_window_the_bar_keeps_what_is_needed_most(display):
     wait_for("the bar", lambda: bar(display, player))
     left, top, width, height = display.place(player.window)
     display.tool("mousemove", left + 20, top + height - 20)
+    wait_for("a stand", player.stands)
+    before = player.shot()
     display.tool("click", 1)
+    wait_for("the press on the bar", lambda: far(player.shot(), before) > 0)
     wait_for("the bar gone while the movie goes on", lambda: display.tool(
         "mousemove", 1, 1) or not bar(display, player))

@@ -33,6 +33,7 @@ def plays_by(display, shared, most=0):
     picture_bytes = BOOK_SIZE[0] * BOOK_SIZE[1] * pixel
     assert (shared_bytes(player) >= picture_bytes) == shared, shared_bytes(player)
     player.click(*BUTTON, BOOK_SIZE)
+    player.until("the page turned below the pointer", streamed(BOOK, *ON_BUTTON, "clock 1000"), most)
     display.tool("mousemove", display.size[0] - 1, 0)
     turned = streamed(BOOK, *ON_BUTTON, "move 699 0", "clock 1000")
     assert far(turned, streamed(BOOK)) > most + SAME
