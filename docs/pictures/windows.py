@@ -92,12 +92,6 @@ def picture_preferences(display):
     keep(display, "preferences", player.dialog("Preferences"))
 
 
-def picture_keys(display):
-    player = Player(display, VEXEL, BOOK)
-    player.key("F1")
-    keep(display, "keys", player.dialog("Keyboard shortcuts"))
-
-
 def picture_export(display):
     player = Player(display, VEXEL, MOVIES / "railway.vxf")
     player.key("ctrl+e")
