@@ -13,6 +13,7 @@ from player import Player, far
 BUTTON = (300, 422)  # of the book: turns the page
 ON_BUTTON = [f"{what} {BUTTON[0]} {BUTTON[1]}" for what in ("move", "down", "up")]
 LARGE = (2600, 1700)
+REFUSE_MEMORY = pathlib.Path(VEXEL).resolve().parent.parent / "lib/refuse_memory.so"
 
 
 def shared_bytes(player):
@@ -50,7 +51,7 @@ def case_a_server_that_shares_no_memory_shows_the_same(display):
 
 
 # As one on another machine does: it offers to share memory, and then cannot.
-@on_server(under=("unshare", "--map-root-user", "--ipc"))
+@on_server(under=("env", f"LD_PRELOAD={REFUSE_MEMORY}"))
 def case_a_server_that_refuses_the_memory_shows_the_same(display):
     plays_by(display, shared=False)
 
