@@ -3,7 +3,7 @@ import time
 
 from display import wait_for
 from movies import COUNT_FRAMES, COUNT_RATE, VEXEL, counting, number
-from player import LOOP, PLAY, SPEED, Player
+from player import BAR_MIDDLE, LOOP, PLAY, SPEED, Player
 
 
 def frame(player):
@@ -97,9 +97,25 @@ def case_half_speed_takes_twice_as_long(display):
 SHORT = 30  # frames
 
 
+def stop_looping(player):
+    """By the bar's button, which is dark while it is in. The bar may be seen before
+    it takes a press, so the button is looked at."""
+    def is_in():
+        left, top, width, height = player.display.place(player.window)
+        place = left + width + LOOP - 14, top + height - BAR_MIDDLE
+        return min(player.display.picture().getpixel(place)) < 225
+
+    def is_out():
+        player.click_bar(LOOP)
+        time.sleep(0.5)  # until the button shows it
+        return not is_in()
+
+    wait_for("the button out", is_out)
+
+
 def case_a_movie_that_is_not_to_loop_stops_at_its_end_and_begins_again_on_demand(display):
     player = playing(display, SHORT)
-    player.click_bar(LOOP)
+    stop_looping(player)
     wait_for("the last frame", lambda: frame(player) == SHORT - 1)
     # The bar comes, and nothing else moves.
     wait_for("a stand at the end", lambda: player.stands(2))
