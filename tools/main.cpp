@@ -1,8 +1,6 @@
 // The command `vexel`: looks at movies, plays them without a window, and makes
 // them. Results go to standard output, messages to standard error.
 #include <CLI/CLI.hpp>
-#include <cstdio>
-#include <new>
 
 #include "status.h"
 #include "verbs.h"
@@ -49,20 +47,5 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace vexel::tools;
-  int status = kDone;
-  try {
-    status = Run(argc, argv);
-  } catch (const Failure& failure) {
-    std::fflush(stdout);
-    if (*failure.what() != 0) std::fprintf(stderr, "%s\n", failure.what());
-    status = failure.status();
-  } catch (const std::bad_alloc&) {
-    Warn("memory", "not enough");
-    status = kFailed;
-  }
-  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-    Warn("standard output", "cannot be written: " + SystemError());
-    if (status == kDone) status = kFailed;
-  }
-  return status;
+  return RunProgram([=] { return Run(argc, argv); });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <string>
 
 namespace vexel::tools {
@@ -34,5 +35,9 @@ void Warn(const std::string& where, const std::string& what);
 
 // What errno means, for messages.
 std::string SystemError();
+
+// Runs a whole program, whose result is a status: a failure becomes its message
+// and its status, and results that standard output did not take are a failure.
+int RunProgram(const std::function<int()>& run);
 
 }  // namespace vexel::tools

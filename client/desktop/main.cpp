@@ -1,7 +1,5 @@
 // The program behind `vexel play`: a window that plays movies.
 #include <CLI/CLI.hpp>
-#include <cstdio>
-#include <new>
 #include <stdexcept>
 
 #include "client/desktop/application.h"
@@ -66,15 +64,8 @@ void Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace vexel::tools;
-  try {
+  return RunProgram([=] {
     vexel::client::Main(argc, argv);
-  } catch (const Failure& failure) {
-    std::fflush(stdout);
-    std::fprintf(stderr, "%s\n", failure.what());
-    return failure.status();
-  } catch (const std::bad_alloc&) {
-    Warn("memory", "not enough");
-    return kFailed;
-  }
-  return kDone;
+    return kDone;
+  });
 }

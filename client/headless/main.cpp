@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <fstream>
 #include <iostream>
-#include <new>
 #include <stdexcept>
 
 #include "client/headless/stream_script.h"
@@ -108,20 +107,8 @@ void Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace vexel::tools;
-  int status = kDone;
-  try {
+  return RunProgram([=] {
     vexel::client::Main(argc, argv);
-  } catch (const Failure& failure) {
-    std::fflush(stdout);
-    std::fprintf(stderr, "%s\n", failure.what());
-    status = failure.status();
-  } catch (const std::bad_alloc&) {
-    Warn("memory", "not enough");
-    status = kFailed;
-  }
-  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-    Warn("standard output", "cannot be written: " + SystemError());
-    if (status == kDone) status = kFailed;
-  }
-  return status;
+    return kDone;
+  });
 }

@@ -1,8 +1,6 @@
 // `vexel-import ART MOVIE`: the work of `vexel import`. A program of its own,
 // since the libraries that read and flatten drawings take more memory and time
 // to load than most movies take to play.
-#include <cstdio>
-#include <new>
 
 #include "author/importers.h"
 #include "out_file.h"
@@ -30,15 +28,9 @@ void Import(const std::string& art, const std::string& out) {
 
 int main(int argc, char** argv) {
   using namespace vexel::tools;
-  try {
+  return RunProgram([=] {
     if (argc != 3) throw Failure(kMisused, "vexel-import", "takes ART and MOVIE");
     Import(argv[1], argv[2]);
-  } catch (const Failure& failure) {
-    std::fprintf(stderr, "%s\n", failure.what());
-    return failure.status();
-  } catch (const std::bad_alloc&) {
-    Warn("memory", "not enough");
-    return kFailed;
-  }
-  return kDone;
+    return kDone;
+  });
 }
