@@ -101,6 +101,7 @@ class Player:
         self.display.tool("mousemove", x, y - 2 * BAR_MIDDLE)
         wait_for("the bar", lambda: self._has_bar(left + 2, top + height - 2))
         self.display.tool("mousemove", x, y)
+        time.sleep(0.3)  # the bar is seen before it takes a press
         self.display.tool("click", 1)
 
     def _has_bar(self, x, y):
